@@ -1,0 +1,18 @@
+// The checked state of check boxes and radio buttons.
+#pragma once
+
+#include "Platform/Windows.h"
+
+namespace Zorvex::AAUtil {
+
+// The answer for an element that has no checked state. A plain number that clients know.
+constexpr HRESULT NotCheckable = static_cast<HRESULT>(0x80040221u);
+
+// Whether the role is check box or radio button; false, with an error line, if it can't be read.
+bool IsCheckableElement(IAccessible* spAcc, const VARIANT& varChild);
+
+// E_INVALIDARG for a null element or a child id that isn't VT_I4, NotCheckable for another role, the code of a
+// failed read of the state, E_UNEXPECTED for a state that isn't VT_I4. `checked` is false on failure.
+HRESULT GetIsChecked(IAccessible* spAcc, const VARIANT& varChild, bool& checked);
+
+}  // namespace Zorvex::AAUtil
