@@ -17,6 +17,9 @@
 #include <oleacc.h>
 #include <uiautomationcore.h>
 #include <commctrl.h>
+#include <evntprov.h>
+#include <knownfolders.h>
+#include <shlobj.h>
 #else
 #include "Platform/Simulated/Sdk/Accessibility.h"
 #include "Platform/Simulated/Sdk/AccessibleConstants.h"

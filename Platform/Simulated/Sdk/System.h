@@ -4,6 +4,7 @@
 #include "Platform/Simulated/Sdk/Com.h"
 
 // Memory. One process heap, as on Windows: a block may be freed on the other side of the export.
+constexpr DWORD HEAP_ZERO_MEMORY = 0x8;
 HANDLE GetProcessHeap();
 void* HeapAlloc(HANDLE heap, DWORD flags, SIZE_T size);
 BOOL HeapFree(HANDLE heap, DWORD flags, void* block);
@@ -62,9 +63,13 @@ LONG RegGetValueW(HKEY key, LPCWSTR subKey, LPCWSTR value, DWORD flags, DWORD* t
 void OutputDebugStringA(LPCSTR text);
 using REGHANDLE = ULONGLONG;
 struct EVENT_DATA_DESCRIPTOR { ULONGLONG Ptr; ULONG Size; ULONG Reserved; };
-using PENABLECALLBACK = void (*)(const GUID* source, ULONG enabled, BYTE level, ULONGLONG any, ULONGLONG all, void* filter, void* context);
+struct EVENT_FILTER_DESCRIPTOR { ULONGLONG Ptr; ULONG Size; ULONG Type; };
+using PEVENT_FILTER_DESCRIPTOR = EVENT_FILTER_DESCRIPTOR*;
+using PENABLECALLBACK = void (*)(const GUID* source, ULONG enabled, BYTE level, ULONGLONG any, ULONGLONG all,
+                                 EVENT_FILTER_DESCRIPTOR* filter, void* context);
 ULONG EventRegister(const GUID* provider, PENABLECALLBACK callback, void* context, REGHANDLE* handle);
 ULONG EventWriteString(REGHANDLE handle, BYTE level, ULONGLONG keyword, LPCWSTR text);
+ULONG EventUnregister(REGHANDLE handle);
 BOOLEAN EventProviderEnabled(REGHANDLE handle, BYTE level, ULONGLONG keyword);
 
 // Text. Code page 65001 is UTF-8; lengths are in units of the side they stand on.
