@@ -22,14 +22,11 @@ template <class T>
 class IJsonSerializer : public IJsonSerializerByPointer {
 public:
     bool Serialize(const void* object, std::unique_ptr<Value>& out) const final {
-        return SerializeTyped(*static_cast<const T*>(object), out);
+        return Serialize(*static_cast<const T*>(object), out);
     }
-    bool Deserialize(const Value* value, void* object) const final { return DeserializeTyped(value, *static_cast<T*>(object)); }
-    virtual bool SerializeTyped(const T& object, std::unique_ptr<Value>& out) const = 0;
-    virtual bool DeserializeTyped(const Value* value, T& object) const = 0;
-
-    bool Serialize(const T& object, std::unique_ptr<Value>& out) const { return SerializeTyped(object, out); }
-    bool Deserialize(const Value* value, T& object) const { return DeserializeTyped(value, object); }
+    bool Deserialize(const Value* value, void* object) const final { return Deserialize(value, *static_cast<T*>(object)); }
+    virtual bool Serialize(const T& object, std::unique_ptr<Value>& out) const = 0;
+    virtual bool Deserialize(const Value* value, T& object) const = 0;
 };
 
 // One specialisation a type, stateless, made where it is needed. A null value or one of another type is refused

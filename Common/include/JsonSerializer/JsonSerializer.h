@@ -12,16 +12,16 @@ namespace Zorvex {
 template <>
 class JsonSerializer<int> : public IJsonSerializer<int> {
 public:
-    bool SerializeTyped(const int& object, std::unique_ptr<Value>& out) const override;
-    bool DeserializeTyped(const Value* value, int& object) const override;
+    bool Serialize(const int& object, std::unique_ptr<Value>& out) const override;
+    bool Deserialize(const Value* value, int& object) const override;
 };
 
 // UTF-8 text as it stands.
 template <>
 class JsonSerializer<std::string> : public IJsonSerializer<std::string> {
 public:
-    bool SerializeTyped(const std::string& object, std::unique_ptr<Value>& out) const override;
-    bool DeserializeTyped(const Value* value, std::string& object) const override;
+    bool Serialize(const std::string& object, std::unique_ptr<Value>& out) const override;
+    bool Deserialize(const Value* value, std::string& object) const override;
 };
 
 // A type that stands in JSON as a string, by a function for each direction; a function that answers false fails the
@@ -29,13 +29,13 @@ public:
 template <class T, auto ToJsonText, auto FromJsonText>
 class StringJsonSerializerDeserializerViaFunctions : public IJsonSerializer<T> {
 public:
-    bool SerializeTyped(const T& object, std::unique_ptr<Value>& out) const override {
+    bool Serialize(const T& object, std::unique_ptr<Value>& out) const override {
         std::string text;
         if (!ToJsonText(object, text)) return false;
         out = std::make_unique<Value>(std::string_view(text));
         return true;
     }
-    bool DeserializeTyped(const Value* value, T& object) const override {
+    bool Deserialize(const Value* value, T& object) const override {
         const std::string* text = value ? value->AsString() : nullptr;
         return text && FromJsonText(*text, object);
     }
@@ -53,9 +53,9 @@ class JsonSerializer<std::wstring>
 template <>
 class JsonSerializer<std::vector<std::wstring>> : public IJsonSerializer<std::vector<std::wstring>> {
 public:
-    bool SerializeTyped(const std::vector<std::wstring>& object, std::unique_ptr<Value>& out) const override;
+    bool Serialize(const std::vector<std::wstring>& object, std::unique_ptr<Value>& out) const override;
     // Clears the target first; the first element that can't be read stops, with what was read before it kept.
-    bool DeserializeTyped(const Value* value, std::vector<std::wstring>& object) const override;
+    bool Deserialize(const Value* value, std::vector<std::wstring>& object) const override;
 };
 
 }  // namespace Zorvex

@@ -26,9 +26,9 @@ private:
 template <>
 class JsonSerializer<PackJsonArray> : public IJsonSerializer<PackJsonArray> {
 public:
-    bool SerializeTyped(const PackJsonArray& object, std::unique_ptr<Value>& out) const override;
+    bool Serialize(const PackJsonArray& object, std::unique_ptr<Value>& out) const override;
     // A builder isn't read back: false.
-    bool DeserializeTyped(const Value* value, PackJsonArray& object) const override;
+    bool Deserialize(const Value* value, PackJsonArray& object) const override;
 };
 
 }  // namespace Zorvex

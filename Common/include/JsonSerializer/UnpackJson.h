@@ -66,8 +66,8 @@ namespace JsonDetail {
 template <class Unpacker>
 class UnpackerSerializer : public IJsonSerializer<Unpacker> {
 public:
-    bool SerializeTyped(const Unpacker&, std::unique_ptr<Value>&) const override { return false; }
-    bool DeserializeTyped(const Value* value, Unpacker& unpacker) const override { return unpacker.Deserialize(value); }
+    bool Serialize(const Unpacker&, std::unique_ptr<Value>&) const override { return false; }
+    bool Deserialize(const Value* value, Unpacker& unpacker) const override { return unpacker.Deserialize(value); }
 };
 }  // namespace JsonDetail
 
