@@ -180,7 +180,7 @@ void TreeWalker<Node, CustomData>::WalkDepthFirstIterative(const Visitor& visito
     std::vector<Frame> frames;
     frames.push_back({ChildrenOf(m_root), 0});
     const Next first = visitor(m_root, 0);
-    if (first == Next::Stop || first == Next::SkipChildren) return;
+    if (first != Next::Continue && first != Next::SkipSiblings) return;
 
     while (!frames.empty()) {
         Frame& top = frames.back();
