@@ -16,8 +16,9 @@ constexpr LONG CorruptChildCount = 1000000;
 // The platform fills an array of VARIANT; ours is the same memory.
 static_assert(sizeof(CComVariant) == sizeof(VARIANT));
 
-// Takes the child out of `raw`, so that a list of children and its elements never hold two references.
-AAObjectWrapper ElementFromChild(IAccessible* parent, CComVariant raw) {
+}  // namespace
+
+AAObjectWrapper AAObjectWrapper::FromChild(IAccessible* parent, CComVariant raw) {
     if (raw.vt == VT_I4) return AAObjectWrapper(CComPtr<IAccessible>(parent), std::move(raw));
     if (raw.vt == VT_DISPATCH && raw.pdispVal) {
         CComPtr<IAccessible> container;
@@ -26,8 +27,6 @@ AAObjectWrapper ElementFromChild(IAccessible* parent, CComVariant raw) {
     }
     return AAObjectWrapper();
 }
-
-}  // namespace
 
 HRESULT AAObjectWrapper::GetVariantChildren(IAccessible& parent, std::vector<CComVariant>& out) {
     out.clear();
@@ -65,7 +64,7 @@ bool AAObjectWrapper::GetChildren(IAccessible* parent, std::vector<AAObjectWrapp
     // A positive result of the count leaves no raw children, and is no failure here: on purpose unlike the raw form.
     if (FAILED(GetVariantChildren(*parent, raw))) return false;
     out.reserve(raw.size());
-    for (CComVariant& child : raw) out.push_back(ElementFromChild(parent, std::move(child)));
+    for (CComVariant& child : raw) out.push_back(FromChild(parent, std::move(child)));
     return true;
 }
 

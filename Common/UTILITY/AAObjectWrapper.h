@@ -33,6 +33,11 @@ public:
     // The element's children. A simple or invalid element has none: `out` is cleared and the answer is false.
     bool GetChildren(std::vector<AAObjectWrapper>& out) const;
 
+    // The element behind one raw child: invalid for another type than VT_I4 and VT_DISPATCH, and for an object that is
+    // no IAccessible. Takes the child out of `raw`, so that a list of children and its elements never hold two
+    // references.
+    static AAObjectWrapper FromChild(IAccessible* parent, CComVariant raw);
+
     // The raw children of `parent`: VT_I4 child ids, VT_DISPATCH objects, and whatever else a bad server sends.
     // S_OK with an empty list when there are none. A failure, also a positive result of the count, leaves `out`
     // empty. A count below 0 or of 1,000,000 and more is garbage: E_FAIL.

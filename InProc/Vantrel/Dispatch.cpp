@@ -1,0 +1,77 @@
+#include "InProc/Vantrel/Dispatch.h"
+
+#include "Common/include/Log.h"
+#include "InProc/Vantrel/AAContainerCache.h"
+#include "InProc/Vantrel/ElementAttributeRequests.h"
+#include "InProc/Vantrel/ElementFromPoint.h"
+#include "InProc/Vantrel/ElementLookup.h"
+#include "InProc/Vantrel/FindSelectors.h"
+#include "InProc/Vantrel/FocusedElement.h"
+#include "InProc/Vantrel/InitCom.h"
+#include "InProc/Vantrel/WindowLookup.h"
+#include "RuntimeCore/Requests/Catalogue.h"
+
+namespace Zorvex {
+
+namespace {
+
+// Reads the request's record, calls the logic and writes the response's record.
+template <class Request, class Response>
+std::optional<Archive> Serve(Archive& archive, Response (*logic)(const Request&)) {
+    static_assert(std::is_same_v<Response, typename Request::Response>);
+    const auto request = ReadRecord<Request>(archive);
+    const Response response = logic(request);
+    Archive result(Archive::kResponsePayloadHint);
+    WriteRecord(result, response);
+    return result;
+}
+
+// The one request without a response.
+std::optional<Archive> Unregister(Archive& archive) {
+    const auto request = ReadRecord<UnregisterAllContainersByClientPidRequest>(archive);
+    AAContainerCache::Instance().UnregisterAllContainersByClientPid(request.clientPid);
+    return std::nullopt;
+}
+
+std::optional<Archive> DispatchRequest(RequestId id, Archive& archive) {
+    switch (id) {
+        case RequestId::FindElemFromPoint: return Serve(archive, FindAAElementFromPointImpl);
+        case RequestId::AreEqual: return Serve(archive, AreEqualImpl);
+        case RequestId::GetElemAttr: return Serve(archive, GetAAElemAttributeImpl);
+        case RequestId::GetSibling: return Serve(archive, GetSiblingImpl);
+        case RequestId::GetWndsByAaName: return Serve(archive, GetWndsByAaNameImpl);
+        case RequestId::GetFocusedElem: return Serve(archive, GetFocusedElementImpl);
+        case RequestId::GetAttrForElements: return Serve(archive, GetAttributeForAAElementsImpl);
+        case RequestId::FindSelectors: return Serve(archive, FindSelectorsImpl);
+        case RequestId::FindElementWithRole: return Serve(archive, FindElementWithRoleImpl);
+        case RequestId::AaNameFromWindow: return Serve(archive, AaNameFromWindowImpl);
+        case RequestId::GetObjectIdFromWindow: return Serve(archive, GetObjectIdFromWindowImpl);
+        case RequestId::GetObjectIdFromEvent: return Serve(archive, GetObjectIdFromEventImpl);
+        case RequestId::IsListViewItem: return Serve(archive, IsListViewItemImpl);
+        case RequestId::IsValidIdentifier: return Serve(archive, IsValidIdentifierImpl);
+        case RequestId::GetNativeAttribute: return Serve(archive, GetNativeAttributeImpl);
+        case RequestId::UnregisterAllContainersByClientPid: return Unregister(archive);
+        case RequestId::ShouldAddTitleToWndSelector: return Serve(archive, ShouldAddTitleToWndSelectorImpl);
+        default: return std::nullopt;
+    }
+}
+
+}  // namespace
+
+std::optional<Archive> Dispatch(Archive& archive) {
+    // First of all, before COM is touched and outside the guard below.
+    std::uint32_t number = 0;
+    archive.read(number);
+    const auto id = static_cast<RequestId>(number);
+    InitCOM();
+    if (ShouldLog(Severity::Verbose)) LogStream(Severity::Verbose) << "reqType = " << ToText(id);
+    try {
+        return DispatchRequest(id, archive);
+    } catch (const ArchiveException& exception) {
+        // This alone is caught: whatever else is raised is the caller's to see.
+        if (ShouldLog(Severity::Error)) LogStream(Severity::Error) << "Failed to dispatch request: " << exception.Text();
+        return std::nullopt;
+    }
+}
+
+}  // namespace Zorvex
