@@ -20,7 +20,4 @@ CString GetAccessibleText(HWND hWnd, IAccessible* acc, const VARIANT& child);
 // The IAccessible2 text if asked for and not empty, else GetAccessibleText.
 CString GetAAOrIA2Text(bool useIA2, HWND hWnd, IAccessible* acc, const VARIANT& child);
 
-// "<null object>", "0x..." for a container, "<0x... childId=n>" for a simple element; for log lines.
-CString ElementDebugText(IAccessible* acc, const VARIANT& child);
-
 }  // namespace Zorvex::AAUtil
