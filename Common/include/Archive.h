@@ -8,6 +8,7 @@
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "Common/include/ArchiveException.h"
 #include "Common/include/CComBSTR.h"
@@ -19,6 +20,13 @@
 namespace Zorvex {
 
 static_assert(std::endian::native == std::endian::little, "numbers are copied to and from the stream as they lie");
+
+// The integers that travel as numbers. Named one by one, since the platforms disagree about which of them are the
+// fixed-width ones, and a bool or a character is none of them.
+template <class T>
+concept ArchiveNumber = std::is_same_v<T, int> || std::is_same_v<T, unsigned> || std::is_same_v<T, long> ||
+                        std::is_same_v<T, unsigned long> || std::is_same_v<T, long long> ||
+                        std::is_same_v<T, unsigned long long>;
 
 // The byte in front of an item. 0, 5 and 7 aren't used; bool, double and raw bytes have none.
 enum class ArchiveTag : std::uint8_t { Number = 1, String = 2, Vector = 3, Map = 4, Number64 = 6, Variant = 8, SharedPointer = 9 };
@@ -71,11 +79,12 @@ public:
 
     // ---- Reading ----
 
-    Archive& read(std::int32_t& value) { return readNumber(&value); }
-    Archive& read(std::uint32_t& value) { return readNumber(&value); }
-    // Tag 6. For a number of 32 bits that is wanted in 64, see readExtended.
-    Archive& read(std::int64_t& value);
-    Archive& read(std::uint64_t& value);
+    // Tag 1 or 6, by the width of the variable. For a number of 32 bits that is wanted in 64, see readExtended.
+    template <ArchiveNumber T>
+    Archive& read(T& value) {
+        if constexpr (sizeof(T) == 4) return readNumber(&value);
+        else return readNumber64(&value);
+    }
     // A number of 32 bits, sign-extended.
     Archive& readExtended(std::int64_t& value);
     // Window handles travel as 32 bits and come back sign-extended.
@@ -113,10 +122,10 @@ public:
 
     // ---- Writing ----
 
-    Archive& write(std::int32_t value) { return writeNumber(&value); }
-    Archive& write(std::uint32_t value) { return writeNumber(&value); }
-    Archive& write(std::int64_t value);
-    Archive& write(std::uint64_t value) { return write(static_cast<std::int64_t>(value)); }
+    template <ArchiveNumber T>
+    Archive& write(T value) {
+        return writeNumber(sizeof(T) == 4 ? ArchiveTag::Number : ArchiveTag::Number64, &value, sizeof(T));
+    }
     // The low 32 bits.
     Archive& writeTruncated(std::int64_t value) { return write(static_cast<std::int32_t>(value)); }
     Archive& write(HWND window);
@@ -165,10 +174,11 @@ private:
         return *this;
     }
     Archive& readNumberSlowly(void* value);
-    Archive& writeNumber(const void* value) {
-        std::uint8_t* place = extend(5);
-        place[0] = static_cast<std::uint8_t>(ArchiveTag::Number);
-        std::memcpy(place + 1, value, 4);
+    Archive& readNumber64(void* value);
+    Archive& writeNumber(ArchiveTag tag, const void* value, std::size_t width) {
+        std::uint8_t* place = extend(1 + width);
+        place[0] = static_cast<std::uint8_t>(tag);
+        std::memcpy(place + 1, value, width);
         return *this;
     }
     std::uint8_t* extend(std::size_t count) {
@@ -181,7 +191,7 @@ private:
     }
 
     void readVariant(VARIANT& variant, int depth);
-    void readSafeArray(VARIANT& variant, int depth);
+    void readSafeArray(VARIANT& variant, VARTYPE type, int depth);
     void writeVariant(const VARIANT& variant, int depth);
     void writeSafeArray(const VARIANT& variant, int depth);
 

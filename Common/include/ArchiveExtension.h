@@ -58,8 +58,8 @@ void readField(Archive& archive, T& value);
 template <class T>
 void writeField(Archive& archive, const T& value);
 
-// Writes present byte, id and fields of what `object` points to; the tag stands already. A null object is logged and
-// thrown as ArchiveException: the present byte has been written.
+// Writes id and fields of what `object` points to, behind tag and present byte. A null object is logged and thrown as
+// ArchiveException, since the present byte already promises one.
 void writeDynamicObject(Archive& archive, const DynamicType* object);
 // Reads what stands in front of an object's fields. True if an object follows, with its id in `id`.
 bool readDynamicHeader(Archive& archive, std::uint32_t& id);
