@@ -1,4 +1,4 @@
-// An element that a search found, in the form that goes back to the client.
+// An element that a search found, in the form that goes back to the client: an identifier that outlives the search.
 #pragma once
 
 #include "Platform/Windows.h"
@@ -14,9 +14,9 @@ public:
     static constexpr std::size_t kMinimumWireSize = 37 + 9 + 9 + 8 + 30 + 20;
 
     using SearchResultBase::SearchResultBase;
-    // Carries id, parentId, stats and score of `found`, so that no id is used up.
-    AaCrossProcessSearchResult(const SearchResultBase& found, const AAObjectIdentifier& elementIdentifier, const RECT& screenRectangle)
-        : SearchResultBase(found), identifier(elementIdentifier), rectangle(screenRectangle) {}
+    // Takes over id, parentId, stats and score of `found`, so that no id is used up.
+    AaCrossProcessSearchResult(const SearchResultBase& found, const AAObjectIdentifier& element, const RECT& screenRectangle)
+        : SearchResultBase(found), identifier(element), rectangle(screenRectangle) {}
 
     // The base fields, then the identifier, then left, top, right, bottom.
     void WriteToArchive(Archive& archive) const override;

@@ -15,6 +15,8 @@ class ISelectorTag;
 namespace Zorvex::Search {
 
 struct SelectorEntry {
+    static constexpr std::size_t kMinimumWireSize = 106;
+
     // The chain, top first. A null tag can arrive on the wire; it matches nothing.
     std::vector<std::shared_ptr<ISelectorTag>> tags;
     SearchParameters options;

@@ -12,6 +12,8 @@ namespace Zorvex::Search {
 
 template <class Result>
 struct SelectorResult {
+    static constexpr std::size_t kMinimumWireSize = 16;
+
     std::uint32_t limit = kUnboundedResults;
     std::vector<Result> results;              // of the last tag, best score first
     std::unique_ptr<ISearchErrorBase> error;  // null unless some tag found nothing
@@ -19,8 +21,18 @@ struct SelectorResult {
     std::int64_t reserved = -1;
 
     // `reserved` doesn't travel.
-    void WriteToArchive(Archive& archive) const;
-    void ReadFromArchive(Archive& archive);
+    void WriteToArchive(Archive& archive) const {
+        archive.write(limit);
+        writeVector(archive, results);
+        WriteSearchError(archive, error.get());
+        writeVector(archive, intermediate);
+    }
+    void ReadFromArchive(Archive& archive) {
+        archive.read(limit);
+        readVector(archive, results);
+        error = ReadSearchError(archive);
+        readVector(archive, intermediate);
+    }
 };
 
 }  // namespace Zorvex::Search
