@@ -1,6 +1,7 @@
 // printf-like formatting that is safe by type: the arguments know what they are, the format only says how they
 // look. It understands d i u x X p s S c f e g and lu-, z-, ll-, I64-, h- and l-prefixed forms, flags, width and
-// precision with '*'. "%s" and "%ls" take narrow and wide texts alike.
+// precision with '*'. "%s" and "%ls" take narrow and wide texts alike. "%p" gives all digits of a pointer in upper
+// case without "0x". Lengths come from the arguments, not from prefixes.
 #pragma once
 
 #include <concepts>
@@ -39,6 +40,7 @@ struct FormatArgument {
     FormatArgument(const wchar_t* text) : kind(Kind::Wide), wide(text ? text : L"(null)") {}
     FormatArgument(const std::wstring& text) : kind(Kind::Wide), wide(text) {}
     FormatArgument(std::wstring_view text) : kind(Kind::Wide), wide(text) {}
+    FormatArgument(std::nullptr_t) : FormatArgument(static_cast<const void*>(nullptr)) {}
     FormatArgument(const void* pointer)
         : kind(Kind::Pointer), width(sizeof pointer), integer(static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(pointer))) {}
 };

@@ -7,6 +7,7 @@
 
 #include <sstream>
 #include <string_view>
+#include <type_traits>
 
 #include "Common/include/FormatText.h"
 
@@ -60,6 +61,8 @@ void LogError(LocatedFormat<char> format, const Arguments&... arguments) { LogAt
 template <class... Arguments>
 void LogVerbose(LocatedFormat<wchar_t> format, const Arguments&... arguments) { LogAt(Severity::Verbose, format, arguments...); }
 template <class... Arguments>
+void LogInfo(LocatedFormat<wchar_t> format, const Arguments&... arguments) { LogAt(Severity::Info, format, arguments...); }
+template <class... Arguments>
 void LogWarning(LocatedFormat<wchar_t> format, const Arguments&... arguments) { LogAt(Severity::Warning, format, arguments...); }
 template <class... Arguments>
 void LogError(LocatedFormat<wchar_t> format, const Arguments&... arguments) { LogAt(Severity::Error, format, arguments...); }
@@ -75,16 +78,27 @@ public:
     LogStream& operator=(const LogStream&) = delete;
     ~LogStream();
 
+    // Wide text, BSTRs among it, goes in as UTF-8; a null pointer to it as "(null)".
     template <class T>
     LogStream& operator<<(const T& value) {
-        m_stream << value;
+        if constexpr (std::is_convertible_v<const T&, const wchar_t*>) {
+            const wchar_t* text = value;
+            AddWide(text ? std::wstring_view(text) : std::wstring_view(L"(null)"));
+        } else if constexpr (std::is_convertible_v<const T&, std::wstring_view>) {
+            AddWide(value);
+        } else {
+            m_stream << value;
+        }
         return *this;
     }
-    LogStream& operator<<(std::wstring_view text);
-    LogStream& operator<<(const wchar_t* text);
-    LogStream& operator<<(const std::wstring& text);
+    LogStream& operator<<(std::ios_base& (*manipulator)(std::ios_base&)) {
+        m_stream << manipulator;
+        return *this;
+    }
 
 private:
+    void AddWide(std::wstring_view text);
+
     const char* m_file;
     Severity m_severity;
     unsigned m_line;
@@ -101,23 +115,23 @@ void LogErrorShape(const LocatedFormat<char>& expression, std::string_view prefi
 // "Expectation not met: condition | message". Answers E_FAIL.
 template <class... Arguments>
 HRESULT ExpectationNotMet(LocatedFormat<char> condition, std::string_view message, const Arguments&... arguments) {
-    LogErrorShape(condition, "Expectation not met: ", "", FormatText(message, arguments...));
+    if (ShouldLog(Severity::Error)) LogErrorShape(condition, "Expectation not met: ", "", FormatText(message, arguments...));
     return E_FAIL;
 }
 // "Param Condition not met: condition | message". Answers E_INVALIDARG.
 template <class... Arguments>
 HRESULT ParameterConditionNotMet(LocatedFormat<char> condition, std::string_view message, const Arguments&... arguments) {
-    LogErrorShape(condition, "Param Condition not met: ", "", FormatText(message, arguments...));
+    if (ShouldLog(Severity::Error)) LogErrorShape(condition, "Param Condition not met: ", "", FormatText(message, arguments...));
     return E_INVALIDARG;
 }
 // "call | HRESULT %0X | message". Answers `result` itself, also when it is no failure.
 template <class... Arguments>
 HRESULT CallFailed(LocatedFormat<char> call, HRESULT result, std::string_view message, const Arguments&... arguments) {
-    LogErrorShape(call, "", FormatText(" | HRESULT %0X", result), FormatText(message, arguments...));
+    if (ShouldLog(Severity::Error)) LogErrorShape(call, "", FormatText(" | HRESULT %0X", result), FormatText(message, arguments...));
     return result;
 }
 
-// "Last error: 0x%08X(%s)" with the system's message, or "[Error while formatting last error]".
+// "Last error: 0x%08X(%s)" with the system's message without its line end, or "[Error while formatting last error]".
 std::string LastErrorText(DWORD code);
 
 }  // namespace Zorvex
