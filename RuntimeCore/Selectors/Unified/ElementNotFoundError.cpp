@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "Common/UTILITY/JsonTools/PackJsonArray.h"
+#include "Common/include/JsonSerializer/PackJsonArray.h"
 #include "Common/include/Archive.h"
 
 namespace Zorvex::Search {
