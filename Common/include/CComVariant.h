@@ -1,6 +1,7 @@
 // Owner of one VARIANT.
 #pragma once
 
+#include <memory>
 #include <string_view>
 #include <type_traits>
 
@@ -50,7 +51,8 @@ public:
         return *this;
     }
     CComVariant& operator=(CComVariant&& other) noexcept {
-        if (this != &other) {
+        // The class's own address operator would clear what is to be moved.
+        if (this != std::addressof(other)) {
             ::VariantClear(this);
             static_cast<VARIANT&>(*this) = other;
             other.vt = VT_EMPTY;
