@@ -1,36 +1,46 @@
 // How much two texts resemble each other, 0.0 to 1.0; higher is closer.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
+
+#include "RuntimeCore/Selectors/ValueMatcher/CommonSubsequence.h"
+#include "RuntimeCore/Selectors/ValueMatcher/FuzzyText.h"
 
 namespace Zorvex {
 
-// One of the two texts, kept so that comparing it with many others costs little: its normalised form, the form with
-// its words in order, and for each the positions of every unit. Works in buffers that it reuses.
+// 1.0 only for equal texts. Otherwise the greater of two ratios of twice the common subsequence to both lengths:
+// that of the normalised texts times 0.999, and that of their sorted words times 0.95.
+double FuzzyRatio(std::wstring_view a, std::wstring_view b);
+
+// The same for one text that is compared with many: what can be known of it alone is worked out once.
 class FuzzyPattern {
 public:
-    // The ratio of `pattern` and `text`; the same double as FuzzyRatio(pattern, text) gives.
+    // The same double as FuzzyRatio(pattern, text).
     double Ratio(std::wstring_view pattern, std::wstring_view text);
 
 private:
-    // For each unit of a text, the bit set of the positions at which it stands.
-    class PositionMasks {
-    public:
-        void Assign(std::wstring_view text);
-        // Bits of the 64 positions of `block` that hold `unit`.
-        std::uint64_t Get(std::size_t block, wchar_t unit) const;
-        // Length of the longest common subsequence with `other`.
-        std::size_t CommonLength(std::wstring_view other, std::vector<std::uint64_t>& rows) const;
+    struct Form {
+        std::wstring text;
+        CommonSubsequence common;
+        bool assigned = false;
 
-    private:
-        std::size_t m_length = 0;
-        std::size_t m_blocks = 0;
+        void SetText(std::wstring_view newText);
+        // Makes `common` what `text` is; throws std::bad_alloc.
+        void Assign();
+        double Ratio(std::wstring_view other);
     };
-};
 
-double FuzzyRatio(std::wstring_view a, std::wstring_view b);
+    void Prepare(std::wstring_view pattern);
+
+    std::wstring m_pattern;
+    bool m_prepared = false;
+    Form m_normal;
+    Form m_sorted;
+    bool m_inOrder = false;  // both forms are the same text
+    // Of the other text.
+    NormalizedText m_otherNormal;
+    SortedWords m_otherSorted;
+};
 
 }  // namespace Zorvex

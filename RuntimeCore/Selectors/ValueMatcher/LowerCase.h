@@ -10,13 +10,13 @@
 
 namespace Zorvex {
 
-namespace CharacterTables {
-
-// What to add to a unit, modulo 65,536, to get its lower case: one page of 256 for each high byte, pages shared.
-extern const std::uint8_t g_lowerPageOf[256];
-extern const std::uint16_t g_lowerPages[][256];
-
-}  // namespace CharacterTables
+// What to add to a unit, modulo 65,536, to get its lower case: for each high byte a page of 256. Page 0 maps every
+// unit to itself and serves all scripts without case.
+struct CaseTables {
+    std::uint8_t pageOf[256] = {};
+    std::uint16_t pages[18][256] = {};
+};
+extern const CaseTables g_caseTables;
 
 // The lower case of one unit where that is one unit as well; any other unit is answered as it is.
 inline wchar_t ToLower(wchar_t unit) {
@@ -24,7 +24,7 @@ inline wchar_t ToLower(wchar_t unit) {
     if (code < 0x80) return code - 'A' < 26 ? static_cast<wchar_t>(code + 32) : unit;
     if (code > 0xFFFF) return unit;
     return static_cast<wchar_t>(
-        static_cast<std::uint16_t>(code + CharacterTables::g_lowerPages[CharacterTables::g_lowerPageOf[code >> 8]][code & 0xFF]));
+        static_cast<std::uint16_t>(code + g_caseTables.pages[g_caseTables.pageOf[code >> 8]][code & 0xFF]));
 }
 
 // White space, the no-break space and the wide space of East Asian text included.
@@ -41,6 +41,6 @@ bool IsUpperCase(wchar_t unit);
 bool IsLowerCase(wchar_t unit);
 
 // True if the page of 256 units holds none whose lower case is another.
-inline bool IsCaselessPage(std::uint32_t highByte) { return CharacterTables::g_lowerPageOf[highByte] == 0; }
+inline bool IsCaselessPage(std::uint32_t highByte) { return g_caseTables.pageOf[highByte] == 0; }
 
 }  // namespace Zorvex
