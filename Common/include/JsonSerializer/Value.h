@@ -43,7 +43,7 @@ public:
     bool IsDictionary() const noexcept { return GetType() == Type::Dictionary; }
     bool IsList() const noexcept { return GetType() == Type::List; }
 
-    // Null when the value is of another type. An integer reads as a double, too, through AsNumber.
+    // Null when the value is of another type.
     const bool* AsBoolean() const noexcept { return std::get_if<bool>(&m_data); }
     const std::int32_t* AsInteger() const noexcept { return std::get_if<std::int32_t>(&m_data); }
     const double* AsDouble() const noexcept { return std::get_if<double>(&m_data); }
