@@ -93,8 +93,8 @@ public:
     Archive& read(POINT& point) { return read(point.x).read(point.y); }
     // Any byte but 0 is true.
     Archive& read(bool& value);
-    Archive& read(std::uint8_t& byte);
-    Archive& read(double& value);
+    Archive& read(std::uint8_t& byte) { return readBytes(&byte, 1); }
+    Archive& read(double& value) { return readBytes(&value, sizeof value); }
     // A text ends at an embedded NUL; all its bytes are consumed.
     Archive& read(CString& text);
     // Never null afterwards.
