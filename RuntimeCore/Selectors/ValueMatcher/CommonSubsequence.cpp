@@ -18,18 +18,21 @@ using Word = std::uint64_t;
 // those that it replaces.
 Word Advance(Word rest, Word mask) { return (rest + (rest & mask)) | (rest & ~mask); }
 
-Word AddWithCarry(Word a, Word b, unsigned char& carry) {
+// The same for one of several words, with what the word below carries over; answers the carry for the word above.
+unsigned char Advance(Word& rest, Word mask, unsigned char carry) {
+    const Word before = rest;
+    const Word matching = before & mask;
 #ifdef __x86_64__
     unsigned long long sum = 0;
-    carry = _addcarry_u64(carry, a, b, &sum);
-    return sum;
+    carry = _addcarry_u64(carry, before, matching, &sum);
 #else
     Word sum = 0;
-    const bool first = __builtin_add_overflow(a, b, &sum);
+    const bool first = __builtin_add_overflow(before, matching, &sum);
     const bool second = __builtin_add_overflow(sum, Word{carry}, &sum);
     carry = static_cast<unsigned char>(first || second);
-    return sum;
 #endif
+    rest = sum | (before - matching);
+    return carry;
 }
 
 std::size_t CountCleared(Word rest) { return static_cast<std::size_t>(std::popcount(~rest)); }
@@ -129,19 +132,20 @@ std::size_t CommonSubsequence::LengthOfPart(std::wstring_view other) {
     std::size_t length = 0;
     for (std::size_t group = 0; group < words; group += kGroupWords) {
         const Word* const groupMasks = m_masks.data() + group;
-        Word rest[kGroupWords];
-        std::fill(std::begin(rest), std::end(rest), ~Word{0});
+        // Four variables stay in registers where an array wouldn't.
+        static_assert(kGroupWords == 4);
+        Word rest0 = ~Word{0};
+        Word rest1 = ~Word{0};
+        Word rest2 = ~Word{0};
+        Word rest3 = ~Word{0};
         for (std::size_t i = 0; i < units; ++i) {
             const Word* const masks = groupMasks + rows[i] * words;
-            unsigned char carry = carries[i];
-#pragma GCC unroll 4
-            for (std::size_t word = 0; word < kGroupWords; ++word) {
-                const Word before = rest[word];
-                rest[word] = AddWithCarry(before, before & masks[word], carry) | (before & ~masks[word]);
-            }
-            carries[i] = carry;
+            unsigned char carry = Advance(rest0, masks[0], carries[i]);
+            carry = Advance(rest1, masks[1], carry);
+            carry = Advance(rest2, masks[2], carry);
+            carries[i] = Advance(rest3, masks[3], carry);
         }
-        for (const Word word : rest) length += CountCleared(word);
+        length += CountCleared(rest0) + CountCleared(rest1) + CountCleared(rest2) + CountCleared(rest3);
     }
     return length;
 }
