@@ -33,7 +33,8 @@ public:
 
     static constexpr unsigned NoDepthLimit = static_cast<unsigned>(-1);
 
-    explicit TreeWalker(Node root) { Attach(std::move(root)); }
+    // The custom data is handed to every call of the child reader; nothing else touches it.
+    explicit TreeWalker(Node root, CustomData customData = {}) : m_customData(std::move(customData)) { Attach(std::move(root)); }
 
     // Takes another root. An invalid one is logged; a search from it calls no visitor.
     void Attach(Node root);
@@ -66,7 +67,7 @@ private:
     }
 
     Node m_root;
-    CustomData m_customData{};
+    CustomData m_customData;
 };
 
 using AATreeWalker = TreeWalker<AANode, TWDefaultCustomData>;
