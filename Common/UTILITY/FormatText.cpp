@@ -111,11 +111,21 @@ std::basic_string<Character> Convert(const Conversion& conversion, const FormatA
             text = IsText(argument) ? TextOf<Character>(argument) : CharacterText<Character>(argument);
             break;
         default:  // s S
-            if (IsText(argument)) text = TextOf<Character>(argument);
-            else if (argument.kind == FormatArgument::Kind::Double) text = plain(FormatReal({"", -1, -1, 'g'}, argument));
-            else if (argument.kind == FormatArgument::Kind::Pointer) text = plain(PointerText(argument));
-            else text = plain(FormatInteger({"", -1, -1, argument.kind == FormatArgument::Kind::Signed ? 'd' : 'u'}, argument));
-            if (conversion.precision >= 0) text.resize(std::min(text.size(), static_cast<std::size_t>(conversion.precision)));
+            if (IsText(argument)) {
+                // A precision counts in units of the argument, so that the length that goes with it may be given.
+                FormatArgument cut = argument;
+                if (conversion.precision >= 0) {
+                    cut.narrow = cut.narrow.substr(0, static_cast<std::size_t>(conversion.precision));
+                    cut.wide = cut.wide.substr(0, static_cast<std::size_t>(conversion.precision));
+                }
+                text = TextOf<Character>(cut);
+            } else if (argument.kind == FormatArgument::Kind::Double) {
+                text = plain(FormatReal({"", -1, -1, 'g'}, argument));
+            } else if (argument.kind == FormatArgument::Kind::Pointer) {
+                text = plain(PointerText(argument));
+            } else {
+                text = plain(FormatInteger({"", -1, -1, argument.kind == FormatArgument::Kind::Signed ? 'd' : 'u'}, argument));
+            }
             break;
     }
     if (conversion.width > 0 && text.size() < static_cast<std::size_t>(conversion.width)) {

@@ -71,10 +71,6 @@ private:
 
 }  // namespace
 
-LogPlatform& LogPlatform::OfSystem() {
-    // Never destroyed: lines may come from the destructors of other statics.
-    static SystemLogPlatform& platform = *new SystemLogPlatform;
-    return platform;
-}
+std::unique_ptr<LogPlatform> LogPlatform::CreateOfSystem() { return std::make_unique<SystemLogPlatform>(); }
 
 }  // namespace Zorvex

@@ -1,6 +1,7 @@
 // What the logger asks of the system.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -28,8 +29,8 @@ public:
     virtual bool EventWanted(BYTE level) = 0;
     virtual void WriteEvent(BYTE level, const std::wstring& text) = 0;
 
-    // The system's own.
-    static LogPlatform& OfSystem();
+    // The system's own. Each has an event registration of its own, which must be over before it is destroyed.
+    static std::unique_ptr<LogPlatform> CreateOfSystem();
 };
 
 // The provider of the product's events.

@@ -43,7 +43,7 @@ BYTE EventLevel(Severity severity) { return static_cast<BYTE>(4 - static_cast<in
 LogRouter& LogRouter::OfProcess() {
     // Never destroyed, since the destructors of other statics may still log; but the event provider must not call into
     // a library that is gone, so its end is tied to the end of the library.
-    static LogRouter& router = *new LogRouter(LogPlatform::OfSystem());
+    static LogRouter& router = *new LogRouter(*LogPlatform::CreateOfSystem().release());
     static const int atExit = std::atexit([] { OfProcess().Shutdown(); });
     static_cast<void>(atExit);
     return router;
