@@ -20,7 +20,7 @@ struct ScrapeRequest {
     using Response = CaptureResponse;
 
     HWND window = nullptr;
-    std::uint32_t windowKind = 0;  // 0 lets the server look at the class
+    std::uint32_t windowKind = 0;  // how the text is captured; 0: the generic way
     RECT rectangle{};  // screen coordinates; used under CaptureByExactRectangle or CaptureClipped
     std::uint32_t flags = 0;  // CaptureFlags
 
