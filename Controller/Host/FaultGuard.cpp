@@ -1,0 +1,37 @@
+#include "Controller/Host/FaultGuard.h"
+
+#include <malloc.h>
+
+extern "C" {
+// In FaultFrame_x64.cpp or FaultFrame_x86.cpp: a frame with a handler that ends the call with the exception's code.
+DWORD VantrelCallInFaultFrame(void (*function)(void*), void* argument);
+int VantrelOnException(const EXCEPTION_RECORD* record);
+}
+
+namespace Zorvex::Host {
+
+namespace {
+
+FaultReport lastFault;
+
+}  // namespace
+
+bool CallGuarded(void (*function)(void*), void* argument, FaultReport& report) {
+    const DWORD code = VantrelCallInFaultFrame(function, argument);
+    if (code == 0) return true;
+    // The guard page was used up; without a new one the next overflow ends the target.
+    if (code == STATUS_STACK_OVERFLOW) _resetstkoflw();
+    report = lastFault;
+    return false;
+}
+
+}  // namespace Zorvex::Host
+
+// Answers 1 if the exception ends the guarded call. Runs on what is left of the stack, so it does little.
+int VantrelOnException(const EXCEPTION_RECORD* record) {
+    const DWORD severity = record->ExceptionCode >> 28;
+    if (severity != 0xC && severity != 0xE) return 0;
+    Zorvex::Host::lastFault.code = record->ExceptionCode;
+    Zorvex::Host::lastFault.address = reinterpret_cast<ULONG_PTR>(record->ExceptionAddress);
+    return 1;
+}
