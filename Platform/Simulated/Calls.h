@@ -47,11 +47,12 @@ class CallCounts {
 public:
     // Counts one call and answers its number, from 1.
     unsigned Add(Call call);
-    unsigned Of(Call call) const;
+    unsigned Of(Call call) const;  // Any: all of them
 
 private:
     struct Entry { Call call; unsigned count; };
     std::vector<Entry> m_entries;
+    unsigned m_total = 0;
 };
 
 }  // namespace Simulated

@@ -53,10 +53,9 @@ public:
     WindowPtr WindowOf(Element& element);
     Rectangle RectangleOf(Element& element);
 
-    // The COM object of the element, with a reference for the caller. Never of a simple element.
+    // The COM object of the element, with a reference for the caller; null for null. That of a simple element
+    // gives only automation's view of it.
     AccessibleElement* ObjectOf(const ElementPtr& element);
-    // The same under another place of the object: also of simple ones, for automation's view of them.
-    AccessibleElement* AnyObjectOf(const ElementPtr& element);
 
     // The bookkeeping of COM objects.
     void CountReference(Element* element, int change);
@@ -93,9 +92,11 @@ private:
     explicit Desktop(DesktopModel model);
     void Adopt(const WindowPtr& window, Window* parent);
     void AdoptTree(const ElementPtr& root);
-    void CheckNames();
+    void CheckNames(const ElementPtr& root);
+    void ForgetTree(const ElementPtr& root);
     ElementPtr MakeRoot(Window& window, LONG objectId);
     ElementPtr Resolve(const ElementPtr& element);
+    std::vector<ElementPtr> MadeChildren(Element& container);
     void Change(Element& element, const Action& action);
 
     struct TextHash : std::hash<std::string_view> {
@@ -113,7 +114,12 @@ private:
     std::weak_ptr<Element> m_focused;
     std::atomic<long> m_references{0};
     unsigned m_totalCalls = 0;
-    unsigned m_faultBase = 0;  // calls made before the plan of the whole desktop was last changed
+    struct DesktopFault {
+        Fault fault;
+        unsigned before;  // calls made before it was added
+    };
+    std::vector<DesktopFault> m_faults;
+    std::vector<ElementPtr> m_removed;  // kept, so that no object's parent is ever gone
     CallCounts m_totals;
     std::vector<std::string> m_recorded;
     ULONGLONG m_start = 0;

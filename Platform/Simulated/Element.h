@@ -76,8 +76,9 @@ struct Element : std::enable_shared_from_this<Element> {
     ElementDetails& EditDetails();
     // Appends, or inserts, and becomes the parent.
     void Add(ElementPtr child, std::size_t position = static_cast<std::size_t>(-1));
-    // A copy of what the file says, without children and faults.
+    // A copy of what the file says about this element alone, and about its whole tree.
     ElementPtr CopyAlone() const;
+    ElementPtr CopyTree() const;
 
     std::string id;
     ElementKind kind = ElementKind::Own;
@@ -91,18 +92,19 @@ struct Element : std::enable_shared_from_this<Element> {
     std::optional<std::wstring> value;
     std::optional<Rectangle> rectangle;
     std::unique_ptr<ElementDetails> details;  // null: nothing of it
+    bool childrenGiven = false;  // the file lists children, maybe none: nothing is added to a window object
     std::vector<ElementPtr> children;
 
     // Run time.
     Element* parent = nullptr;           // null: the root of a window's object, or removed
     Window* rootOf = nullptr;            // the window whose object this is
     LONG rootObject = 0;                 // OBJID_WINDOW, OBJID_CLIENT, ...
-    bool childrenGiven = false;          // the file lists children, maybe none
     bool removed = false;
     AccessibleElement* object = nullptr;  // kept weakly
     std::weak_ptr<Element> endlessChild;
     ElementPtr keeper;                   // an endless child keeps its parent, not the other way round
     std::atomic<LONG> references{0};
+    mutable std::size_t place = 0;       // where it was last found among its parent's children
     CallCounts calls;
 };
 

@@ -56,9 +56,8 @@ struct Window {
     // Run time.
     HWND hwnd = nullptr;      // natively from `handle`; a serving program sets the real one
     Window* parent = nullptr;
-    bool made = false;        // a list view's header: never written to a file
-    bool placed = false;      // an element stands for its window object, so the parent's client doesn't list it
-    bool isHeader = false;    // answers header messages from the list view of its parent
+    bool made = false;        // a list view's header, which answers from its parent: never written to a file
+    Element* placedIn = nullptr;  // lists a stand-in for its window object, so the parent's client doesn't
     bool destroyed = false;
     CallCounts calls;
 };
