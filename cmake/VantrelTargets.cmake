@@ -7,6 +7,13 @@ target_compile_options(vantrel_flags INTERFACE -Wall -Wextra -Werror -fno-strict
 target_compile_definitions(vantrel_flags INTERFACE UNICODE _UNICODE VANTREL_VERSION="${PROJECT_VERSION}")
 if(WIN32)
   target_compile_definitions(vantrel_flags INTERFACE WINVER=0x0A00 _WIN32_WINNT=0x0A00 __USE_MINGW_ANSI_STDIO=1)
+  # The header-only helpers of the native system serve the cross build too, one by one: the rest of its headers
+  # belongs to another platform.
+  foreach(helper nlohmann CLI)
+    file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/helpers)
+    file(CREATE_LINK /usr/include/${helper} ${CMAKE_BINARY_DIR}/helpers/${helper} SYMBOLIC)
+  endforeach()
+  target_include_directories(vantrel_flags SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/helpers)
   # Nothing but system libraries may be needed beside the binaries in the target's folder.
   target_link_options(vantrel_flags INTERFACE -static -static-libgcc -static-libstdc++)
 endif()
