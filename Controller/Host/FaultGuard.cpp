@@ -17,6 +17,9 @@ FaultReport lastFault;
 }  // namespace
 
 bool CallGuarded(void (*function)(void*), void* argument, FaultReport& report) {
+    // Room for the handler after the stack has run out. The thread keeps it; asking again changes nothing.
+    ULONG guarantee = 65536;
+    SetThreadStackGuarantee(&guarantee);
     const DWORD code = VantrelCallInFaultFrame(function, argument);
     if (code == 0) return true;
     // The guard page was used up; without a new one the next overflow ends the target.
