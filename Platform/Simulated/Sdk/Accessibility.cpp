@@ -48,9 +48,10 @@ HRESULT AccessibleObjectFromWindow(HWND window, DWORD objectId, REFIID riid, voi
     AccessibleElement* root = nullptr;
     const HRESULT result = RootObject(window, objectId, Call::AccessibleObjectFromWindow, &root);
     if (!root) return result;
-    const HRESULT asked = root->QueryInterface(riid, object);
-    root->Release();
-    return asked;
+    // A spoilt query may throw; the platform keeps nothing then.
+    const auto release = [](AccessibleElement* element) { element->Release(); };
+    const std::unique_ptr<AccessibleElement, decltype(release)> owner(root, release);
+    return root->QueryInterface(riid, object);
 }
 
 HRESULT AccessibleObjectFromEvent(HWND window, DWORD objectId, DWORD childId, IAccessible** object, VARIANT* child) {
