@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdio>
 
 namespace Simulated {
 
@@ -113,6 +114,12 @@ std::string Narrow(std::wstring_view text) {
         }
     }
     return narrow;
+}
+
+std::string HexText(std::uint32_t bits) {
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(bits));
+    return text;
 }
 
 std::optional<LONG> NumberOf(std::span<const NamedNumber> table, std::string_view name) {

@@ -66,6 +66,8 @@ private:
 // Between the file's UTF-8 and the platform's UTF-16.
 std::wstring Widen(std::string_view text);
 std::string Narrow(std::wstring_view text);
+// "0x80004005".
+std::string HexText(std::uint32_t bits);
 
 // Parts of a file, read each in its own source.
 ElementPtr ReadElement(const JsonPlace& place);
@@ -74,12 +76,12 @@ std::vector<Action> ReadActions(const JsonPlace& place);
 Rectangle ReadRectangle(const JsonPlace& place);
 LONG ReadStates(const JsonPlace& place);
 
-// Their counterparts.
-Json WriteElement(const Element& element);
-Json WriteFault(const Fault& fault);
-Json WriteActions(const std::vector<Action>& actions);
-Json WriteRectangle(const Rectangle& rectangle);
-Json WriteStates(LONG states);
+// Their counterparts. Keys keep the order in which they are documented.
+using OrderedJson = nlohmann::ordered_json;
+OrderedJson WriteElement(const Element& element);
+OrderedJson WriteFault(const Fault& fault);
+OrderedJson WriteScheduledActions(const std::vector<Action>& actions);
+OrderedJson WriteRectangle(const Rectangle& rectangle);
 
 // The published name of an object id as the file has it: "window", "client", ...
 std::string_view ObjectName(LONG objectId);
