@@ -153,9 +153,10 @@ TEST_F(Parent, IsTheParentOrNullWithALine) {
     EXPECT_EQ(GetParent(element).p, static_cast<IAccessible*>(parent.p));
     EXPECT_TRUE(log.Lines().empty());
     element->parent.Release();
+    element->parentResult = S_FALSE;
     EXPECT_FALSE(GetParent(element));
     EXPECT_TRUE(log.Contains("Failed to get the parent: 0x1")) << log.Text();
-    element->nullParentIsSuccess = true;
+    element->parentResult = S_OK;
     EXPECT_FALSE(GetParent(element));
     EXPECT_TRUE(log.Contains("Failed to get the parent: 0x0")) << log.Text();
     element->parentResult = E_FAIL;

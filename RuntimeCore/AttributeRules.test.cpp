@@ -76,10 +76,7 @@ TEST_F(AttributeRule, RoleGivenAsATextStandsAsItIs) {
     auto element = FakeElement::Make();
     element->roleAnswer = CComVariant(L"Gadget");
     EXPECT_EQ(RoleOf(element), (Answer{AttributeProduced, L"Gadget"}));
-    CComVariant null;
-    null.vt = VT_BSTR;
-    null.bstrVal = nullptr;
-    element->roleAnswer = null;
+    element->roleAnswer = VariantAnswer::NullText();
     EXPECT_EQ(RoleOf(element), (Answer{AttributeEmpty, L""}));
 }
 

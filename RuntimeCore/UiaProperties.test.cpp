@@ -56,10 +56,7 @@ TEST_F(UiaProperty, OfAnotherTypeIsUnexpectedAndEmpty) {
     label.punkVal->AddRef();
     element->uiaProperty = label;
     EXPECT_EQ(Read(element, text), static_cast<HRESULT>(0x8000FFFFu));
-    CComVariant null;
-    null.vt = VT_BSTR;
-    null.bstrVal = nullptr;
-    element->uiaProperty = null;
+    element->uiaProperty = VariantAnswer::NullText();
     EXPECT_EQ(Read(element, text), E_UNEXPECTED);
 }
 

@@ -46,11 +46,22 @@ struct VariantAnswer {
         return answer;
     }
 
+    // A VT_BSTR that holds null: a copy of such a variant holds an empty string on Windows.
+    static VariantAnswer NullText() {
+        VariantAnswer answer;
+        answer.m_isNullText = true;
+        return answer;
+    }
+
     HRESULT Give(VARIANT* out) const {
         CComVariant copy(value);
         copy.DetachTo(*out);
+        if (m_isNullText) out->vt = VT_BSTR, out->bstrVal = nullptr;
         return result;
     }
+
+private:
+    bool m_isNullText = false;
 };
 
 struct NumberAnswer {
@@ -120,7 +131,8 @@ public:
     RECT location{10, 20, 30, 40};      // left, top, width, height
     HRESULT locationResult = S_OK;
     CComPtr<IAccessible> parent;
-    HRESULT parentResult = S_OK;
+    // Without a parent a failure: a success with null brings WindowFromAccessibleObject of some platforms down.
+    HRESULT parentResult = E_NOTIMPL;
     HRESULT actionResult = S_OK;
     // Runs before each read of the state, with the number of reads so far.
     std::function<void(int)> onState;
@@ -128,7 +140,6 @@ public:
     // What it offers beside IAccessible.
     bool offersServices = true, offersIA2 = true, offersText = true, offersEx = true, offersProvider = true;
     HRESULT serviceResult = S_OK;  // a failure, or success with a null pointer when the interface isn't offered
-    bool nullParentIsSuccess = false;
     bool isAccessible = true;      // whether it answers for IAccessible at all
 
     NumberAnswer ia2Role, ia2States, ia2UniqueId;
@@ -189,9 +200,9 @@ public:
         if (parent) {
             *out = parent.p;
             parent->AddRef();
-            return parentResult;
+            return S_OK;
         }
-        return FAILED(parentResult) || nullParentIsSuccess ? parentResult : S_FALSE;
+        return parentResult;
     }
     HRESULT STDMETHODCALLTYPE get_accChildCount(LONG* count) override { return ++calls["get_accChildCount"], childCount.Give(count); }
     HRESULT STDMETHODCALLTYPE get_accChild(VARIANT child, IDispatch** object) override {
