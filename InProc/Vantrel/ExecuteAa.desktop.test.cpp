@@ -13,7 +13,7 @@ namespace Zorvex::Testing {
 namespace {
 
 constexpr char kOneWindow[] = R"({"windows": [{"id": "main", "class": "Main", "rectangle": [0, 0, 100, 100],
-    "objects": {"window": {"id": "root", "role": "window", "name": "Main", "rectangle": [0, 0, 100, 100]}}}]})";
+    "objects": {"window": {"id": "root", "role": "window", "name": "Main", "rectangle": [0, 0, 100, 100], "children": []}}}]})";
 
 RequestBuffer RequestOfNumber(std::uint32_t number) {
     Archive archive;
@@ -114,7 +114,7 @@ TEST(ExecuteAa, TheRequestIsNamedInTheLog) {
 
 TEST(ExecuteAa, RoleThatCannotBeEncodedGivesNoResponse) {
     DesktopFixture desktop(R"({"windows": [{"id": "main", "class": "Main", "rectangle": [0, 0, 100, 100],
-        "objects": {"window": {"id": "root", "role": "window", "rectangle": [0, 0, 100, 100],
+        "objects": {"window": {"id": "root", "role": "window", "rectangle": [0, 0, 100, 100], "children": [],
                                "faults": [{"call": "get_accRole", "type": "VT_DISPATCH"}]}}}]})");
     CacheCleaner cleaner;
     LogCapture log;

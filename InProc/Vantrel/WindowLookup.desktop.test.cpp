@@ -10,10 +10,10 @@ namespace Zorvex::Testing {
 namespace {
 
 constexpr char kDesktop[] = R"({"windows": [{"id": "main", "class": "Main", "children": [
-    {"id": "save", "class": "Button", "objects": {"window": {"id": "saveRoot", "role": "push button", "name": "Save"}}},
-    {"id": "saveLabel", "class": "Static", "objects": {"window": {"role": "text", "name": "Save as"}}, "children": [
-      {"id": "deep", "class": "Button", "objects": {"window": {"role": "push button", "name": "Save all"}}}]},
-    {"id": "nameless", "class": "Button", "objects": {"window": {"role": "push button"}}}]},
+    {"id": "save", "class": "Button", "objects": {"window": {"id": "saveRoot", "role": "push button", "name": "Save", "children": []}}},
+    {"id": "saveLabel", "class": "Static", "objects": {"window": {"role": "text", "name": "Save as", "children": []}}, "children": [
+      {"id": "deep", "class": "Button", "objects": {"window": {"role": "push button", "name": "Save all", "children": []}}}]},
+    {"id": "nameless", "class": "Button", "objects": {"window": {"role": "push button", "children": []}}}]},
   {"id": "edit", "class": "Edit", "objects": {"window": {"id": "editRoot", "role": "editable text"}}},
   {"id": "framedEdit", "class": "Edit", "objects": {"window": {"id": "frame", "role": "window", "children": [
       {"id": "framed", "role": "editable text"}]}}},
