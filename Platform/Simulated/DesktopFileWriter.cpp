@@ -13,6 +13,17 @@ bool HoldsObject(const OrderedJson& json) {
     return false;
 }
 
+std::string OnOneLine(const OrderedJson& json) {
+    if (!json.is_structured()) return json.dump();
+    std::string text;
+    for (const auto& item : json.items()) {
+        if (!text.empty()) text += ", ";
+        if (json.is_object()) text += OrderedJson(item.key()).dump() + ": ";
+        text += OnOneLine(item.value());
+    }
+    return json.is_object() ? "{" + text + "}" : "[" + text + "]";
+}
+
 // What is short and flat stays on one line, so that a desktop reads like a table.
 void Print(const OrderedJson& json, std::size_t indent, std::string& text) {
     if (!json.is_structured() || json.empty()) {
@@ -20,7 +31,7 @@ void Print(const OrderedJson& json, std::size_t indent, std::string& text) {
         return;
     }
     if (!HoldsObject(json)) {
-        const std::string line = json.dump();
+        const std::string line = OnOneLine(json);
         if (indent + line.size() <= LongestLine) {
             text += line;
             return;
