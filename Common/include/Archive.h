@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 #include "Common/include/ArchiveException.h"
 #include "Common/include/CComBSTR.h"
@@ -89,6 +90,19 @@ public:
     Archive& readExtended(std::int64_t& value);
     // Window handles travel as 32 bits and come back sign-extended.
     Archive& read(HWND& window);
+    // `count` numbers of 32 bits, one behind the other: what a run of single reads does, checked once.
+    template <std::size_t count>
+    Archive& readNumbers(std::uint32_t (&values)[count]) {
+        const std::uint8_t* bytes = m_buffer.data() + m_readPos;
+        if (remaining() < 5 * count) failNumbers(count);
+        // Spelt out for each number: loops would be left as loops.
+        [&]<std::size_t... i>(std::index_sequence<i...>) {
+            if (((bytes[5 * i] ^ static_cast<unsigned>(ArchiveTag::Number)) | ...)) failNumbers(count);
+            (std::memcpy(&values[i], bytes + 5 * i + 1, 4), ...);
+        }(std::make_index_sequence<count>());
+        m_readPos += 5 * count;
+        return *this;
+    }
     // x, then y.
     Archive& read(POINT& point) { return read(point.x).read(point.y); }
     // Any byte but 0 is true.
@@ -125,6 +139,14 @@ public:
     template <ArchiveNumber T>
     Archive& write(T value) {
         return writeNumber(sizeof(T) == 4 ? ArchiveTag::Number : ArchiveTag::Number64, &value, sizeof(T));
+    }
+    template <std::size_t count>
+    Archive& writeNumbers(const std::uint32_t (&values)[count]) {
+        std::uint8_t* place = extend(5 * count);
+        [&]<std::size_t... i>(std::index_sequence<i...>) {
+            ((place[5 * i] = static_cast<std::uint8_t>(ArchiveTag::Number), std::memcpy(place + 5 * i + 1, &values[i], 4)), ...);
+        }(std::make_index_sequence<count>());
+        return *this;
     }
     // The low 32 bits.
     Archive& writeTruncated(std::int64_t value) { return write(static_cast<std::int32_t>(value)); }
@@ -174,6 +196,8 @@ private:
         return *this;
     }
     Archive& readNumberSlowly(void* value);
+    // Reads up to the number that can't be read, so that the exception and the position are those of a single read.
+    [[noreturn]] void failNumbers(std::size_t count);
     Archive& readNumber64(void* value);
     Archive& writeNumber(ArchiveTag tag, const void* value, std::size_t width) {
         std::uint8_t* place = extend(1 + width);

@@ -6,7 +6,8 @@
 //   template <class Self, class Visitor> static void Fields(Self& self, Visitor&& visit)
 //
 // which calls visit("name", self.field) for each field in the order of the wire, or WriteToArchive(Archive&) const
-// and ReadFromArchive(Archive&).
+// and ReadFromArchive(Archive&). A record with Fields that is nothing but numbers of 32 bits and windows may say so as
+// T::kNumberCount, and is then read and written in one go.
 #pragma once
 
 #include <algorithm>
@@ -34,6 +35,9 @@ struct NoVisitor {
 
 template <class T>
 concept FieldRecord = requires(T& record) { T::Fields(record, NoVisitor()); };
+
+template <class T>
+concept NumberRecord = FieldRecord<T> && requires { T::kNumberCount; };
 
 template <class T>
 concept SelfArchived = requires(T& record, const T& constant, Archive& archive) {
@@ -161,18 +165,40 @@ struct Container<std::shared_ptr<T>> : std::true_type {
     static void Write(Archive& archive, const std::shared_ptr<T>& pointer) { writeDynamic(archive, pointer); }
 };
 
+inline void FromNumber(std::uint32_t number, HWND& window) {
+    window = reinterpret_cast<HWND>(static_cast<INT_PTR>(static_cast<std::int32_t>(number)));
+}
+template <class T>
+void FromNumber(std::uint32_t number, T& value) {
+    static_assert(sizeof(T) == 4);
+    value = static_cast<T>(number);
+}
+inline std::uint32_t ToNumber(HWND window) { return static_cast<std::uint32_t>(reinterpret_cast<INT_PTR>(window)); }
+template <class T>
+std::uint32_t ToNumber(T value) {
+    static_assert(sizeof(T) == 4);
+    return static_cast<std::uint32_t>(value);
+}
+
 }  // namespace ArchiveDetail
 
 template <class T>
 void readField(Archive& archive, T& value) {
     if constexpr (ArchiveDetail::Container<T>::value) {
         ArchiveDetail::Container<T>::Read(archive, value);
+    } else if constexpr (NumberRecord<T>) {
+        std::uint32_t numbers[T::kNumberCount];
+        archive.readNumbers(numbers);
+        const std::uint32_t* next = numbers;
+        T::Fields(value, [&next](const char*, auto& field) { ArchiveDetail::FromNumber(*next++, field); });
     } else if constexpr (FieldRecord<T>) {
         T::Fields(value, [&archive](const char*, auto& field) { readField(archive, field); });
     } else if constexpr (SelfArchived<T>) {
         value.ReadFromArchive(archive);
     } else if constexpr (std::is_same_v<T, RECT>) {
-        archive.read(value.left).read(value.top).read(value.right).read(value.bottom);
+        std::uint32_t numbers[4];
+        archive.readNumbers(numbers);
+        value = {static_cast<LONG>(numbers[0]), static_cast<LONG>(numbers[1]), static_cast<LONG>(numbers[2]), static_cast<LONG>(numbers[3])};
     } else if constexpr (std::is_enum_v<T>) {
         static_assert(sizeof(T) == 4);
         std::uint32_t number = 0;
@@ -187,6 +213,11 @@ template <class T>
 void writeField(Archive& archive, const T& value) {
     if constexpr (ArchiveDetail::Container<T>::value) {
         ArchiveDetail::Container<T>::Write(archive, value);
+    } else if constexpr (NumberRecord<T>) {
+        std::uint32_t numbers[T::kNumberCount];
+        std::uint32_t* next = numbers;
+        T::Fields(value, [&next](const char*, const auto& field) { *next++ = ArchiveDetail::ToNumber(field); });
+        archive.writeNumbers(numbers);
     } else if constexpr (FieldRecord<T>) {
         T::Fields(value, [&archive](const char*, const auto& field) { writeField(archive, field); });
     } else if constexpr (SelfArchived<T>) {

@@ -10,7 +10,8 @@ namespace Zorvex {
 // A plain value; the element itself lives in the server's cache. A client hands it back field for field. All zero
 // names nothing.
 struct AAObjectIdentifier {
-    static constexpr std::size_t kMinimumWireSize = 30;
+    static constexpr std::size_t kNumberCount = 6;
+    static constexpr std::size_t kMinimumWireSize = 5 * kNumberCount;
 
     HWND hWnd = nullptr;  // window of the element
     std::uint32_t containerId = 0;  // the cache's number of the container; 0: this names the window itself

@@ -74,6 +74,12 @@ Archive& Archive::readNumberSlowly(void* value) {
     return expectTag(ArchiveTag::Number, kNumberExpected).readBytes(value, 4);
 }
 
+void Archive::failNumbers(std::size_t count) {
+    std::uint32_t number = 0;
+    for (std::size_t i = 0; i < count; ++i) readNumber(&number);
+    throwOutOfBounds();
+}
+
 Archive& Archive::readNumber64(void* value) {
     std::uint8_t tag = 0;
     readTag(tag);
@@ -161,10 +167,17 @@ Archive& Archive::write(std::wstring_view text) {
     if constexpr (sizeof(wchar_t) == 2) {
         if (count) std::memcpy(place, text.data(), 2 * text.size());
     } else {
-        for (const wchar_t unit : text) {
-            const auto narrow = static_cast<std::uint16_t>(unit);
-            std::memcpy(place, &narrow, sizeof narrow);
-            place += sizeof narrow;
+        // In blocks of a fixed size, which the compiler turns into wide moves.
+        constexpr std::size_t kBlock = 8;
+        std::uint16_t narrow[kBlock];
+        std::size_t i = 0;
+        for (; i + kBlock <= text.size(); i += kBlock, place += sizeof narrow) {
+            for (std::size_t k = 0; k < kBlock; ++k) narrow[k] = static_cast<std::uint16_t>(text[i + k]);
+            std::memcpy(place, narrow, sizeof narrow);
+        }
+        for (; i < text.size(); ++i, place += 2) {
+            narrow[0] = static_cast<std::uint16_t>(text[i]);
+            std::memcpy(place, narrow, 2);
         }
     }
     return *this;

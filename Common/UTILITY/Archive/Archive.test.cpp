@@ -230,6 +230,22 @@ TEST(Archive, AFailedReadHasConsumedTheTag) {
     EXPECT_EQ(shortOne.readPosition(), 5u);
 }
 
+TEST(Archive, RunsOfNumbersAreReadAndFailLikeSingleOnes) {
+    Archive written;
+    written.writeNumbers({1u, 0xFFFFFFFFu, 3u});
+    EXPECT_EQ(PayloadText(written), "01 01 00 00 00 01 ff ff ff ff 01 03 00 00 00");
+    std::uint32_t numbers[3] = {};
+    Reread(written).readNumbers(numbers);
+    EXPECT_EQ(numbers[1], 0xFFFFFFFFu);
+
+    Archive wrongTag = ArchiveOf({1, 1, 0, 0, 0, 2, 1, 0, 0, 0, 1, 1, 0, 0, 0});
+    EXPECT_EQ(ArchiveProblem([&] { wrongTag.readNumbers(numbers); }), "Invalid type, number expected.");
+    EXPECT_EQ(wrongTag.readPosition(), 10u);
+    Archive shortOne = ArchiveOf({1, 1, 0, 0, 0, 1, 1, 0, 0, 0, 1, 1});
+    EXPECT_EQ(ArchiveProblem([&] { shortOne.readNumbers(numbers); }), "readBytes: out-of-bounds access");
+    EXPECT_EQ(shortOne.readPosition(), 15u);
+}
+
 TEST(Archive, ReadBytesCanLookAhead) {
     Archive archive = ArchiveOf({10, 11});
     std::uint8_t ahead[2] = {};
