@@ -11,17 +11,24 @@ bool IsBetterServedByInitialOwner(HWND hInitialOwner, HWND found) {
     return !found || ::IsChild(hInitialOwner, found) || NWindows::HasInvisibleTopLevel(found);
 }
 
+// The window before it is checked, and the platform's result.
+HRESULT AskForWindow(HWND hInitialOwner, IAccessible* acc, bool allowFallback, HWND& found) {
+    if (!acc) return E_INVALIDARG;
+    const HRESULT result = ::WindowFromAccessibleObject(acc, &found);
+    LogVerbose(LocatedFormat<char>("hInitialOwnerWnd: %p, out_hRes: %x out_hwndOwner: %p bAllowFallbackToInitialOwner: %d", __builtin_FILE(),
+                                   "GetIAccOwnerWindow"),
+               hInitialOwner, result, found, allowFallback);
+    if (SUCCEEDED(result) && allowFallback && IsBetterServedByInitialOwner(hInitialOwner, found)) found = hInitialOwner;
+    return result;
+}
+
 }  // namespace
 
 HRESULT GetIAccOwnerWindow(HWND hInitialOwner, IAccessible* acc, bool allowFallback, HWND& owner) {
     owner = nullptr;
-    if (!acc) return E_INVALIDARG;
     HWND found = nullptr;
-    const HRESULT result = ::WindowFromAccessibleObject(acc, &found);
-    LogVerbose("hInitialOwnerWnd: %p, out_hRes: %x out_hwndOwner: %p bAllowFallbackToInitialOwner: %d", hInitialOwner, result, found,
-               allowFallback);
+    const HRESULT result = AskForWindow(hInitialOwner, acc, allowFallback, found);
     if (FAILED(result)) return result;
-    if (allowFallback && IsBetterServedByInitialOwner(hInitialOwner, found)) found = hInitialOwner;
     // Another success than S_OK counts as no answer.
     if (result != S_OK || !::IsWindow(found)) return E_FAIL;
     owner = found;
@@ -29,8 +36,10 @@ HRESULT GetIAccOwnerWindow(HWND hInitialOwner, IAccessible* acc, bool allowFallb
 }
 
 HWND GetIAccOwnerWindow(HWND hInitialOwner, IAccessible* acc, bool allowFallback) {
-    HWND owner = nullptr;
-    return SUCCEEDED(GetIAccOwnerWindow(hInitialOwner, acc, allowFallback, owner)) ? owner : hInitialOwner;
+    HWND found = nullptr;
+    if (AskForWindow(hInitialOwner, acc, allowFallback, found) != S_OK) return hInitialOwner;
+    // The initial owner is the answer either way; a walk asks this for every element.
+    return found == hInitialOwner || !::IsWindow(found) ? hInitialOwner : found;
 }
 
 }  // namespace Zorvex::AAUtil

@@ -128,6 +128,7 @@ private:
 
 struct SearchTreeTraits {
     using SearchResult = SearchTreeResult;
+    using Container = SearchTreeResult;
     using ChildIterationPolicy = SearchTreeChildren;
     using AttributeAccessPolicy = SearchTreeAttributes;
     using TagMatchingPolicy = SearchTreeMatching;

@@ -3,7 +3,6 @@
 #include "Common/UTILITY/NWindows.h"
 #include "Common/include/Log.h"
 #include "RuntimeCore/AttributeRules.h"
-#include "RuntimeCore/Selectors/Search/OwnerWindow.h"
 #include "RuntimeCore/Selectors/Values/AttributeNames.h"
 
 namespace Zorvex::Search {
@@ -52,7 +51,8 @@ std::int64_t AaAttributeAccessPolicy::GetNumberValueImpl(std::wstring_view name)
 
 void AaAttributeAccessPolicy::ResolveOwnerWindow() {
     if (m_ownerWindow) return;
-    m_ownerWindow = RenewOwnerWindow(m_element.ownerWindow, m_element.accessible.p);
+    m_ownerWindow = m_element.ownerWindow;
+    m_ownerWindow.Renew(m_element.accessible.p);
     m_isBrowserWindow = NWindows::IsChromiumWindow(m_ownerWindow) || NWindows::IsFirefoxWindow(m_ownerWindow);
 }
 

@@ -21,7 +21,7 @@ private:
     void ResolveOwnerWindow();
 
     const AaSearchResult& m_element;
-    HWND m_ownerWindow = nullptr;  // null until needed
+    OwnerWindow m_ownerWindow;  // null until needed
     bool m_isBrowserWindow = false;
 };
 

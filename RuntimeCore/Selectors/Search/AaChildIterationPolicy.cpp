@@ -3,14 +3,13 @@
 #include <utility>
 
 #include "Common/include/Log.h"
-#include "RuntimeCore/Selectors/Search/OwnerWindow.h"
 
 namespace Zorvex::Search {
 
-AaChildIterationPolicy::AaChildIterationPolicy(const AaSearchResult& parent) {
+AaChildIterationPolicy::AaChildIterationPolicy(const AaContainer& parent) : m_ownerWindow(parent.ownerWindow) {
     if (!parent.accessible || !AAObjectWrapper::GetChildren(parent.accessible.p, m_children))
         LogError("AaChildIterationPolicy: AAObjectWrapper::GetChildren failed");
-    m_ownerWindow = RenewOwnerWindow(parent.ownerWindow, parent.accessible.p);
+    m_ownerWindow.Renew(parent.accessible.p);
 }
 
 bool AaChildIterationPolicy::HasNext() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "Common/UTILITY/AAObjectWrapper.h"
@@ -10,11 +11,23 @@
 
 namespace Zorvex::Search {
 
+// What the walk keeps of an element whose children it will list: the queue of a wide tree is long, and holds nothing
+// else.
+struct AaContainer {
+    AaContainer(const AaSearchResult& element) : id(element.id), accessible(element.accessible), ownerWindow(element.ownerWindow) {}
+    AaContainer(AaSearchResult&& element) noexcept
+        : id(element.id), accessible(std::move(element.accessible)), ownerWindow(element.ownerWindow) {}
+
+    std::int64_t id;
+    CComPtr<IAccessible> accessible;
+    OwnerWindow ownerWindow;
+};
+
 class AaChildIterationPolicy final : public ChildIterationPolicy<AaSearchResult> {
 public:
     // Reads all children at once, and the window that they belong to. An element whose children can't be read has
     // none; that is logged.
-    explicit AaChildIterationPolicy(const AaSearchResult& parent);
+    explicit AaChildIterationPolicy(const AaContainer& parent);
 
     // Passes over children that are no elements.
     bool HasNext() override;
@@ -26,7 +39,7 @@ public:
 private:
     std::vector<AAObjectWrapper> m_children;
     std::uint32_t m_position = 0;
-    HWND m_ownerWindow = nullptr;
+    OwnerWindow m_ownerWindow;
 };
 
 }  // namespace Zorvex::Search

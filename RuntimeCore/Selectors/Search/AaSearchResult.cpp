@@ -4,15 +4,14 @@
 
 #include "Common/include/Log.h"
 #include "RuntimeCore/AAUtilitiesLocation.h"
-#include "RuntimeCore/Selectors/Search/OwnerWindow.h"
 
 namespace Zorvex::Search {
 
-AaSearchResult::AaSearchResult(CComPtr<IAccessible> elementAccessible, CComVariant elementChild, HWND window, double sample)
+AaSearchResult::AaSearchResult(CComPtr<IAccessible> elementAccessible, CComVariant elementChild, OwnerWindow window, double sample)
     : SearchResultBase(sample), accessible(std::move(elementAccessible)), child(std::move(elementChild)), ownerWindow(window) {}
 
 void AaSearchResult::UpdateLocation(bool withRectangle) {
-    ownerWindow = RenewOwnerWindow(ownerWindow, accessible.p);
+    ownerWindow.Renew(accessible.p);
     if (!withRectangle) return;
     if (accessible && IsSelf()) {
         CComVariant state;

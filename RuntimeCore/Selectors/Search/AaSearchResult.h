@@ -4,6 +4,7 @@
 #include "Common/include/CComPtr.h"
 #include "Common/include/CComVariant.h"
 #include "Platform/Windows.h"
+#include "RuntimeCore/Selectors/Search/OwnerWindow.h"
 #include "RuntimeCore/Selectors/Unified/SearchResultBase.h"
 
 namespace Zorvex::Search {
@@ -12,7 +13,7 @@ class AaSearchResult final : public SearchResultBase {
 public:
     // An element without an accessible: nothing can be read from it.
     AaSearchResult() : child(CHILDID_SELF) {}
-    AaSearchResult(CComPtr<IAccessible> elementAccessible, CComVariant elementChild, HWND window, double sample = 1.0);
+    AaSearchResult(CComPtr<IAccessible> elementAccessible, CComVariant elementChild, OwnerWindow window, double sample = 1.0);
 
     // Renews the owner window. `withRectangle` also fills the rectangle, which stays zero for an element off the
     // screen or one whose place can't be read.
@@ -24,7 +25,7 @@ public:
 
     CComPtr<IAccessible> accessible;
     CComVariant child;           // VT_I4
-    HWND ownerWindow = nullptr;  // the window that the element was met in; null when unknown
+    OwnerWindow ownerWindow;     // the window that the element was met in; null when unknown
     RECT rectangle{};            // screen coordinates
 };
 

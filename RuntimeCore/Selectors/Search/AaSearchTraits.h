@@ -10,6 +10,7 @@ namespace Zorvex::Search {
 
 struct AaSearchTraits {
     using SearchResult = AaSearchResult;
+    using Container = AaContainer;
     using ChildIterationPolicy = AaChildIterationPolicy;
     using AttributeAccessPolicy = AaAttributeAccessPolicy;
     using TagMatchingPolicy = AaTagMatchingPolicy;

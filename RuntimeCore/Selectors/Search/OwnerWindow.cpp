@@ -5,10 +5,12 @@
 
 namespace Zorvex::Search {
 
-HWND RenewOwnerWindow(HWND current, IAccessible* accessible) {
-    if (!accessible) return current;
-    const bool allowFallback = NWindows::IsChromeWidgetClass(current) || NWindows::IsFirefoxWindow(current);
-    return AAUtil::GetIAccOwnerWindow(current, accessible, allowFallback);
+void OwnerWindow::Renew(IAccessible* accessible) {
+    if (!accessible) return;
+    if (m_kind == Kind::NotAsked)
+        m_kind = NWindows::IsChromeWidgetClass(m_window) || NWindows::IsFirefoxWindow(m_window) ? Kind::Browser : Kind::Other;
+    const HWND renewed = AAUtil::GetIAccOwnerWindow(m_window, accessible, m_kind == Kind::Browser);
+    if (renewed != m_window) *this = OwnerWindow(renewed);
 }
 
 }  // namespace Zorvex::Search

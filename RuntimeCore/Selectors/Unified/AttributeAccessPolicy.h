@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "Common/include/CString.h"
@@ -16,10 +18,10 @@ public:
     virtual ~AttributeAccessPolicy() = default;
 
     const CString& GetValue(std::wstring_view name) {
-        return Cached(m_texts, name, [&] { return GetValueImpl(name); });
+        return m_texts.Get(name, [&] { return GetValueImpl(name); });
     }
     std::int64_t GetNumberValue(std::wstring_view name) {
-        return Cached(m_numbers, name, [&] { return GetNumberValueImpl(name); });
+        return m_numbers.Get(name, [&] { return GetNumberValueImpl(name); });
     }
 
 protected:
@@ -28,25 +30,34 @@ protected:
     AttributeAccessPolicy& operator=(const AttributeAccessPolicy&) = delete;
 
 private:
+    // A handful of names: comparing them one by one beats any tree. Most elements fail their first test, so the first
+    // answer costs no memory of its own.
     template <class T>
-    struct Entry {
-        std::wstring_view name;
-        T value;
+    class Cache {
+    public:
+        template <class Read>
+        const T& Get(std::wstring_view name, Read&& read) {
+            if (!m_first) return m_first.emplace(Entry{name, read()}).value;
+            if (m_first->name == name) return m_first->value;
+            for (const Entry& entry : m_others)
+                if (entry.name == name) return entry.value;
+            return m_others.emplace_back(Entry{name, read()}).value;
+        }
+
+    private:
+        struct Entry {
+            std::wstring_view name;
+            T value;
+        };
+        std::optional<Entry> m_first;
+        std::vector<Entry> m_others;
     };
 
     virtual CString GetValueImpl(std::wstring_view name) = 0;
     virtual std::int64_t GetNumberValueImpl(std::wstring_view name) = 0;
 
-    // A handful of names: comparing them one by one beats any tree.
-    template <class T, class Read>
-    static const T& Cached(std::vector<Entry<T>>& cache, std::wstring_view name, Read&& read) {
-        for (const Entry<T>& entry : cache)
-            if (entry.name == name) return entry.value;
-        return cache.emplace_back(Entry<T>{name, read()}).value;
-    }
-
-    std::vector<Entry<CString>> m_texts;
-    std::vector<Entry<std::int64_t>> m_numbers;
+    Cache<CString> m_texts;
+    Cache<std::int64_t> m_numbers;
 };
 
 }  // namespace Zorvex::Search

@@ -17,11 +17,12 @@ template <class Behavior, class Traits>
 class BreadthFirstTraversalAlgorithm : public TraversalAlgorithm<Behavior, Traits> {
 public:
     using Result = typename Traits::SearchResult;
+    using Container = typename Traits::Container;
 
     void DoSearch(Result root, std::vector<Behavior>& behaviours) override {
         LogInfo("BFS Start");
         std::deque<SearchQueueEntry> queue;
-        queue.push_back({std::move(root), AncestorChain(), true});
+        queue.push_back({Container(std::move(root)), AncestorChain(), true});
         Progress progress = Progress::Continue;
         while (!queue.empty() && progress == Progress::Continue) {
             const SearchQueueEntry entry = std::move(queue.front());
@@ -34,7 +35,7 @@ public:
 private:
     // An element whose children are to be visited.
     struct SearchQueueEntry {
-        Result result;
+        Container element;
         AncestorChain above;  // of its parent, which all siblings share
         bool isRoot;
     };
@@ -42,9 +43,9 @@ private:
     enum class Progress { Continue, AllDone, TimeUp };
 
     Progress VisitChildren(const SearchQueueEntry& entry, std::vector<Behavior>& behaviours, std::deque<SearchQueueEntry>& queue) {
-        typename Traits::ChildIterationPolicy children(entry.result);
+        typename Traits::ChildIterationPolicy children(entry.element);
         if (!children.HasNext()) return Progress::Continue;
-        const AncestorChain ancestors = entry.isRoot ? AncestorChain() : entry.above.Extended(entry.result.id);
+        const AncestorChain ancestors = entry.isRoot ? AncestorChain() : entry.above.Extended(entry.element.id);
         do {
             // The check stands before the next child is fetched, so that nothing is read from it. What is left in the
             // queue isn't even listed: that would cost a call for each entry, and an endless tree has no end of them.
@@ -52,7 +53,7 @@ private:
             Result child = children.Next();
             bool visitChildren = false;
             if (Offer(child, behaviours, entry.isRoot, ancestors, visitChildren)) return Progress::AllDone;
-            if (visitChildren && child.IsSelf()) queue.push_back({std::move(child), ancestors, false});
+            if (visitChildren && child.IsSelf()) queue.push_back({Container(std::move(child)), ancestors, false});
         } while (children.HasNext());
         return Progress::Continue;
     }

@@ -57,7 +57,7 @@ TEST(ElementNotFoundError, ATextThatIsNoUtf16LeavesTheParametersEmptyAndIsLogged
     const ErrorInfo info = ElementNotFoundError(L"ctrl", L"", CString(1, static_cast<wchar_t>(0xD800))).ToErrorInfo();
     EXPECT_EQ(info.code, kValueCode);
     EXPECT_TRUE(info.parameters.empty());
-    EXPECT_TRUE(log.Contains("UTF16_UTF8Convert(")) << log.Text();
+    EXPECT_TRUE(log.Contains("UTF16_UTF8Size(")) << log.Text();
 }
 
 TEST(ElementNotFoundError, TextsAndFlagsTravelInOrder) {

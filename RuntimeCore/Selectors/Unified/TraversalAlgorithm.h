@@ -2,7 +2,8 @@
 //
 // The frame knows nothing of accessibility. A trait bundle gives it
 //   SearchResult             copyable and movable, derived from SearchResultBase
-//   ChildIterationPolicy     made on an element that outlives it: HasNext(), Next() answering a new SearchResult
+//   Container                made of a SearchResult, from which it may move: what is needed to list its children, and its id
+//   ChildIterationPolicy     made on a Container that outlives it: HasNext(), Next() answering a new SearchResult
 //   AttributeAccessPolicy    made on an element that outlives it: reads and keeps attributes for one visit
 //   TagMatchingPolicy        made on a shared tag, which may be null: Matches(attributes, stats), GetAttributeCount()
 #pragma once

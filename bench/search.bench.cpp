@@ -1,0 +1,183 @@
+// What the element search costs, against the bare walk that lists every element and reads its role and name. The
+// simulated desktop answers fast, so that what is measured is mostly the search itself: in a live program each of
+// these reads costs more, and the ratio comes closer to that of the calls made.
+#include <benchmark/benchmark.h>
+
+#include <malloc.h>
+
+#include <deque>
+#include <memory>
+#include <string>
+
+#include "Common/UTILITY/AAObjectWrapper.h"
+#include "Common/include/CComBSTR.h"
+#include "Platform/Simulated/Desktop.h"
+#include "Platform/Simulated/InstalledDesktop.h"
+#include "RuntimeCore/Selectors/Search/AaSearch.h"
+#include "RuntimeCore/Selectors/Values/SelectorTags.h"
+#include "RuntimeCore/Selectors/Values/StringValue.h"
+
+namespace {
+
+using namespace Zorvex;
+using Search::AaSearchResult;
+using Search::SelectorEntry;
+
+// 10 pages of 10 groups of 10 lists of 99 items: 100,110 elements.
+class BigDesktop {
+public:
+    BigDesktop() {
+        auto window = std::make_shared<Simulated::Window>();
+        window->id = "main";
+        window->className = L"Dialog";
+        auto client = std::make_shared<Simulated::Element>();
+        client->role = ROLE_SYSTEM_CLIENT;
+        for (int page = 0; page < 10; ++page) {
+            const auto pageElement = Add(*client, ROLE_SYSTEM_PROPERTYPAGE, L"Page ", page);
+            for (int group = 0; group < 10; ++group) {
+                const auto groupElement = Add(*pageElement, ROLE_SYSTEM_GROUPING, L"Group ", group);
+                for (int list = 0; list < 10; ++list) {
+                    const auto listElement = Add(*groupElement, ROLE_SYSTEM_LIST, L"List ", list);
+                    for (int item = 0; item < 99; ++item) Add(*listElement, ROLE_SYSTEM_LISTITEM, L"Item number ", item);
+                }
+            }
+        }
+        window->objects[OBJID_CLIENT] = client;
+        Simulated::DesktopModel model;
+        model.windows.push_back(window);
+        m_desktop = Simulated::Desktop::Build(std::move(model));
+        m_installed = std::make_unique<Simulated::InstalledDesktop>(m_desktop);
+        m_window = m_desktop->WindowById("main")->hwnd;
+        ::AccessibleObjectFromWindow(m_window, static_cast<DWORD>(OBJID_CLIENT), IidOf<IAccessible>(), reinterpret_cast<void**>(&m_client));
+        if (!m_client) std::abort();
+    }
+
+    static BigDesktop& Instance() {
+        static BigDesktop desktop;
+        return desktop;
+    }
+
+    IAccessible* Client() const { return m_client.p; }
+    AaSearchResult Root() const { return AaSearchResult(m_client, CComVariant(CHILDID_SELF), m_window); }
+    unsigned Calls() const { return m_desktop->TotalCalls(); }
+
+private:
+    std::shared_ptr<Simulated::Element> Add(Simulated::Element& parent, LONG role, const wchar_t* name, int number) {
+        auto element = std::make_shared<Simulated::Element>();
+        element->role = role;
+        element->name = name + std::to_wstring(number);
+        parent.Add(element);
+        return element;
+    }
+
+    std::shared_ptr<Simulated::Desktop> m_desktop;
+    std::unique_ptr<Simulated::InstalledDesktop> m_installed;
+    HWND m_window = nullptr;
+    CComPtr<IAccessible> m_client;
+};
+
+std::size_t WalkAndRead(IAccessible* root) {
+    std::size_t elements = 0;
+    AAObjectWrapper::WalkDescendantsBfs(root, [&](const AAObjectWrapper& element) {
+        CComVariant role;
+        CComBSTR name;
+        element.container->get_accRole(element.childId, &role);
+        element.container->get_accName(element.childId, &name);
+        benchmark::DoNotOptimize(name.m_str);
+        ++elements;
+        return AATreeVisitResult::Continue;
+    });
+    return elements;
+}
+
+std::shared_ptr<ISelectorTag> Tag(const wchar_t* role, const wchar_t* name, std::uint32_t matchingType = MatchingTypeNormal, double level = 1.0) {
+    auto tag = std::make_shared<AaTag>();
+    tag->SetAttribute(L"role", std::make_shared<StringValue>(role));
+    tag->SetAttribute(L"name", std::make_shared<StringValue>(name, matchingType, level));
+    return tag;
+}
+
+SelectorEntry LastItem() {
+    SelectorEntry entry;
+    entry.tags = {Tag(L"property page", L"Page 9"), Tag(L"grouping", L"Group 9"), Tag(L"list", L"List 9"), Tag(L"list item", L"Item number 98")};
+    return entry;
+}
+
+void Report(benchmark::State& state, unsigned callsBefore) {
+    const unsigned calls = BigDesktop::Instance().Calls() - callsBefore;
+    state.counters["calls"] = static_cast<double>(calls) / static_cast<double>(state.iterations());
+}
+
+void RunSearch(benchmark::State& state, const SelectorEntry& entry, std::size_t expected) {
+    const BigDesktop& desktop = BigDesktop::Instance();
+    const AaSearchResult root = desktop.Root();
+    const unsigned before = desktop.Calls();
+    for (auto _ : state) {
+        std::vector<Search::AaSelectorResult> results;
+        Search::Search(results, root, {entry}, 600'000);
+        if (results[0].results.size() != expected) state.SkipWithError("the search found something else");
+    }
+    Report(state, before);
+}
+
+void BareWalk(benchmark::State& state) {
+    const BigDesktop& desktop = BigDesktop::Instance();
+    const unsigned before = desktop.Calls();
+    for (auto _ : state)
+        if (WalkAndRead(desktop.Client()) != 100'110) state.SkipWithError("the tree is another");
+    Report(state, before);
+}
+BENCHMARK(BareWalk)->Unit(benchmark::kMillisecond);
+
+// The element is the very last one, and every tag stays live to the end.
+void FourTagsAllResults(benchmark::State& state) { RunSearch(state, LastItem(), 1); }
+BENCHMARK(FourTagsAllResults)->Unit(benchmark::kMillisecond);
+
+// With a limit of one the walk ends at the element, here near the end.
+void FourTagsFirstResult(benchmark::State& state) {
+    SelectorEntry entry = LastItem();
+    entry.options.maxResults = 1;
+    RunSearch(state, entry, 1);
+}
+BENCHMARK(FourTagsFirstResult)->Unit(benchmark::kMillisecond);
+
+// Every element is accepted by some tag, 99,000 of them by the last.
+void FourTagsThatFitEverything(benchmark::State& state) {
+    SelectorEntry entry;
+    entry.tags = {Tag(L"property page", L"Page *"), Tag(L"grouping", L"Group *"), Tag(L"list", L"List *"), Tag(L"list item", L"Item *")};
+    entry.options.refreshLocation = false;
+    RunSearch(state, entry, 99'000);
+}
+BENCHMARK(FourTagsThatFitEverything)->Unit(benchmark::kMillisecond);
+
+// Fuzzy names, all candidates of all levels kept and ranked.
+void FourFuzzyTags(benchmark::State& state) {
+    SelectorEntry entry;
+    entry.tags = {Tag(L"property page", L"Pge 9", MatchingTypeFuzzy, 0.3), Tag(L"grouping", L"Grup 9", MatchingTypeFuzzy, 0.3),
+                  Tag(L"list", L"Lst 9", MatchingTypeFuzzy, 0.3), Tag(L"list item", L"Itm number 98", MatchingTypeFuzzy, 0.3)};
+    entry.options.resultPolicy = Search::ResultPolicy::BestMatch;
+    entry.options.maxResults = 1;
+    RunSearch(state, entry, 1);
+}
+BENCHMARK(FourFuzzyTags)->Unit(benchmark::kMillisecond);
+
+// The most that a search holds at once beyond the desktop itself, for an element.
+void MemoryOfASearch(benchmark::State& state) {
+    const BigDesktop& desktop = BigDesktop::Instance();
+    const AaSearchResult root = desktop.Root();
+    SelectorEntry entry;
+    entry.tags = {Tag(L"*", L"*")};
+    entry.options.refreshLocation = false;
+    std::size_t held = 0;
+    for (auto _ : state) {
+        const std::size_t before = ::mallinfo2().uordblks;
+        std::vector<Search::AaSelectorResult> results;
+        Search::Search(results, root, {entry}, 600'000);
+        held = ::mallinfo2().uordblks - before;
+    }
+    state.counters["bytes/result"] = static_cast<double>(held) / 100'110;
+    state.counters["sizeof(AaSearchResult)"] = sizeof(AaSearchResult);
+}
+BENCHMARK(MemoryOfASearch)->Unit(benchmark::kMillisecond);
+
+}  // namespace
