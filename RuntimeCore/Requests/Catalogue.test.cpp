@@ -25,7 +25,7 @@ public:
         else if constexpr (std::is_same_v<T, AncestryNode>) Append("AncestryNode");
         else if constexpr (FieldRecord<T>) {
             T record;
-            T::Fields(record, [this](const char*, auto& field) { Add(field); });
+            T::Fields(record, [this](const char*, auto& field) { this->Add(field); });
         } else if constexpr (std::is_same_v<T, HWND>) Append("wnd");
         else if constexpr (std::is_same_v<T, bool> || std::is_same_v<T, std::uint8_t>) Append("byte");
         else if constexpr (std::is_same_v<T, CString>) Append("str");

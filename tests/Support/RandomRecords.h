@@ -16,7 +16,7 @@ public:
 
     template <class T>
     void Fill(T& value) {
-        if constexpr (FieldRecord<T>) T::Fields(value, [this](const char*, auto& field) { Fill(field); });
+        if constexpr (FieldRecord<T>) T::Fields(value, [this](const char*, auto& field) { this->Fill(field); });
         else if constexpr (std::is_enum_v<T>) value = static_cast<T>(m_random());
         else if constexpr (std::is_same_v<T, bool>) value = m_random() % 2;
         else if constexpr (std::is_floating_point_v<T>) value = static_cast<T>(m_random()) / 3;

@@ -35,8 +35,9 @@ TEST(Archive, PayloadHintReservesItselfAndTheHeader) {
     EXPECT_EQ(Archive(100).buffer().capacity(), 104u);
     EXPECT_EQ(Archive(-4).buffer(), (RequestBuffer{4, 0, 0, 0}));
     EXPECT_EQ(Archive(-4).buffer().capacity(), 4u);
-    EXPECT_THROW(Archive(-5), std::length_error);
-    EXPECT_THROW(Archive(std::numeric_limits<std::int32_t>::min()), std::length_error);
+    for (const std::int32_t hint : {-5, std::numeric_limits<std::int32_t>::min()}) {
+        EXPECT_THROW({ Archive archive(hint); }, std::length_error);
+    }
 }
 
 TEST(Archive, ReadingStartsBehindTheHeader) {
