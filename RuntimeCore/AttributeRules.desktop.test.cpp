@@ -1,6 +1,7 @@
 // All attributes of all kinds of element, with every single call going wrong in every way.
 #include <gtest/gtest.h>
 
+#include "RuntimeCore/AaAttrHandler.h"
 #include "RuntimeCore/ElementAttributes.h"
 #include "RuntimeCore/NativeAttributes.h"
 #include "tests/Support/DesktopFixture.h"
@@ -44,6 +45,16 @@ TEST(AttributesOfTheDesktop, FollowTheRules) {
     EXPECT_EQ(TextOf(desktop, "item2", L"virtualname"), L"b 2");
     EXPECT_EQ(TextOf(desktop, "ok", L"virtualname"), L"");
     EXPECT_EQ(desktop.OutstandingReferences(), 0);
+}
+
+TEST(AttributesOfTheDesktop, VirtualAndRowNameOfOtherElementsAreEmptyAndNoFailure) {
+    DesktopFixture desktop(Elements);
+    for (const wchar_t* name : {L"virtualname", L"rowName"}) {
+        CComBSTR text(L"left over");
+        const auto& handler = *AaAttrHandler::Instance().Find(name);
+        EXPECT_EQ(handler(desktop.Window("main"), *desktop.Element("ok"), desktop.Child("ok"), 0, text), 1);
+        EXPECT_TRUE(text.IsEmpty());
+    }
 }
 
 TEST(AttributesOfTheDesktop, AutomationIdOfAnElementWithoutAProviderFails) {

@@ -184,16 +184,6 @@ TEST_F(AttributeRule, StateFailureIsWarnedOfOnlyForSearch) {
     EXPECT_TRUE(log.Contains("W [ReadAaState] GetAAState failed.")) << log.Text();
 }
 
-TEST_F(AttributeRule, VirtualAndRowNameOfOtherElementsAreEmpty) {
-    auto element = FakeElement::Make();
-    CString text = L"left over";
-    EXPECT_EQ(ReadVirtualName(element, Self, text), AttributeEmpty);
-    EXPECT_EQ(text, L"");
-    text = L"left over";
-    EXPECT_EQ(ReadRowName(nullptr, element, Self, text), AttributeEmpty);
-    EXPECT_EQ(text, L"");
-}
-
 TEST_F(AttrHandler, TableHoldsTheNineAttributesInNameOrder) {
     const wchar_t* const expected[] = {L"aastate", L"automationid", L"helpText", L"labeledby", L"name", L"role", L"rowName", L"text", L"virtualname"};
     const auto& handlers = AaAttrHandler::Instance().Handlers();
@@ -236,8 +226,6 @@ TEST_F(AttrHandler, AnswersAsTheRulesDo) {
     EXPECT_EQ(Handle(L"text", element, 1), (Answer{0, L"web"}));
     EXPECT_EQ(Handle(L"aastate", element), (Answer{1, L""}));
     EXPECT_EQ(Handle(L"aastate", element, 1), (Answer{0, L"active"}));
-    EXPECT_EQ(Handle(L"virtualname", element), (Answer{1, L""}));
-    EXPECT_EQ(Handle(L"rowName", element), (Answer{1, L""}));
 }
 
 TEST_F(AttrHandler, PassesFailuresOnWithAnEmptyText) {

@@ -131,7 +131,8 @@ public:
     RECT location{10, 20, 30, 40};      // left, top, width, height
     HRESULT locationResult = S_OK;
     CComPtr<IAccessible> parent;
-    // Without a parent a failure: a success with null brings WindowFromAccessibleObject of some platforms down.
+    // The answer without a parent. Wine's WindowFromAccessibleObject doesn't survive a chain of parents that ends
+    // without a window, so what asks for an element's window is tested on the simulated desktop.
     HRESULT parentResult = E_NOTIMPL;
     HRESULT actionResult = S_OK;
     // Runs before each read of the state, with the number of reads so far.
