@@ -64,15 +64,18 @@ HRESULT AccessibleObjectFromEvent(HWND window, DWORD objectId, DWORD childId, IA
     VARIANT place;
     VariantInit(&place);
     PutNumber(&place, static_cast<LONG>(childId));
-    IDispatch* found = nullptr;
-    if (childId != 0) root->get_accChild(place, &found);
-    if (found) {
-        const HRESULT asked = found->QueryInterface(IidOf<IAccessible>(), reinterpret_cast<void**>(object));
-        found->Release();
-        root->Release();
+    // Both calls may throw by the fault plan.
+    struct Releaser {
+        void operator()(IDispatch* held) const { held->Release(); }
+    };
+    std::unique_ptr<IDispatch, Releaser> container(static_cast<IAccessible*>(root));
+    IDispatch* answer = nullptr;
+    if (childId != 0) root->get_accChild(place, &answer);
+    if (const std::unique_ptr<IDispatch, Releaser> found{answer}) {
         PutNumber(child, CHILDID_SELF);
-        return asked;
+        return found->QueryInterface(IidOf<IAccessible>(), reinterpret_cast<void**>(object));
     }
+    container.release();
     *object = root;
     *child = place;
     return S_OK;
