@@ -6,8 +6,8 @@ namespace {
 
 using Kind = RegexInstruction::Kind;
 
-// About half a second. An honest pattern takes a few steps a unit.
-constexpr std::uint64_t kMaximumSteps = 100'000'000;
+// About a tenth of a second. An honest pattern takes a few steps a unit.
+constexpr std::uint64_t kMaximumSteps = 20'000'000;
 
 class Machine {
 public:

@@ -1,7 +1,5 @@
 #include "RuntimeCore/Selectors/ValueMatcher/RegexProgram.h"
 
-#include <algorithm>
-
 #include "RuntimeCore/Selectors/ValueMatcher/LowerCase.h"
 
 namespace Zorvex {
@@ -16,8 +14,10 @@ class Compiler {
 public:
     Compiler(const RegexSyntax& syntax, RegexProgram& program) : m_syntax(syntax), m_program(program) {}
 
+    // What is open is kept in a list of its own: the pattern's nesting costs no stack here.
     void Compile() {
-        EmitNode(m_syntax.root);
+        Visit(m_syntax.root);
+        while (!m_open.empty()) Continue();
         Emit(Kind::Accept);
     }
 
@@ -39,106 +39,131 @@ private:
         instruction.b = greedy ? Here() : split + 1;
     }
 
-    // Depth is bounded by that of the groups in the pattern.
-    void EmitNode(std::uint32_t index) {
+    struct OpenNode {
+        std::uint32_t node;
+        std::uint32_t step = 0;         // children or rounds that were begun
+        std::uint32_t instruction = 0;  // the Split or Look that waits for its end
+        std::uint32_t waiting = 0;      // instructions that wait for the end of the node, as a list: see AddWaiting
+        std::uint32_t loop = 0;
+        bool isInLoop = false;
+    };
+
+    void Visit(std::uint32_t node) {
         if (++m_visits > kMaximumVisits) throw RegexError{RegexErrorCode::Complexity, "expression is too complex"};
-        const RegexNode& node = m_syntax.nodes[index];
+        m_open.push_back({.node = node});
+    }
+    void Close() { m_open.pop_back(); }
+    void EmitLeaf(Kind kind, std::uint32_t a = 0) {
+        Emit(kind, a);
+        Close();
+    }
+
+    // Until they know their target, waiting instructions hold in `b` the one that waited before, plus 1.
+    void AddWaiting(std::uint32_t& list, std::uint32_t instruction) {
+        m_program.code[instruction].b = list;
+        list = instruction + 1;
+    }
+    template <class Action>
+    void ForEachWaiting(std::uint32_t list, Action action) {
+        while (list != 0) {
+            const std::uint32_t instruction = list - 1;
+            list = m_program.code[instruction].b;
+            action(instruction);
+        }
+    }
+
+    // One step of the innermost open node. Visit invalidates `open`, so it always comes last.
+    void Continue() {
+        OpenNode& open = m_open.back();
+        const RegexNode& node = m_syntax.nodes[open.node];
         switch (node.kind) {
-            case NodeKind::Unit: Emit(Kind::Unit, node.value); return;
-            case NodeKind::AnyUnit: Emit(Kind::AnyUnit); return;
-            case NodeKind::Set: Emit(Kind::Set, node.value); return;
-            case NodeKind::Begin: Emit(Kind::Begin); return;
-            case NodeKind::End: Emit(Kind::End); return;
-            case NodeKind::WordBoundary: Emit(Kind::WordBoundary); return;
-            case NodeKind::NoWordBoundary: Emit(Kind::NoWordBoundary); return;
-            case NodeKind::BackReference: Emit(Kind::BackReference, node.value); return;
+            case NodeKind::Unit: EmitLeaf(Kind::Unit, node.value); return;
+            case NodeKind::AnyUnit: EmitLeaf(Kind::AnyUnit); return;
+            case NodeKind::Set: EmitLeaf(Kind::Set, node.value); return;
+            case NodeKind::Begin: EmitLeaf(Kind::Begin); return;
+            case NodeKind::End: EmitLeaf(Kind::End); return;
+            case NodeKind::WordBoundary: EmitLeaf(Kind::WordBoundary); return;
+            case NodeKind::NoWordBoundary: EmitLeaf(Kind::NoWordBoundary); return;
+            case NodeKind::BackReference: EmitLeaf(Kind::BackReference, node.value); return;
             case NodeKind::Sequence:
-                for (const std::uint32_t child : node.children) EmitNode(child);
+                if (open.step == node.children.size()) Close();
+                else Visit(node.children[open.step++]);
                 return;
-            case NodeKind::Alternatives: EmitAlternatives(node); return;
-            case NodeKind::Repetition: EmitRepetition(node); return;
-            case NodeKind::Group: EmitGroup(node); return;
+            case NodeKind::Alternatives: ContinueAlternatives(open, node); return;
+            case NodeKind::Repetition: ContinueRepetition(open, node); return;
+            case NodeKind::Group: ContinueGroup(open, node); return;
             case NodeKind::LookAhead:
-            case NodeKind::NegativeLookAhead: EmitLook(node); return;
+            case NodeKind::NegativeLookAhead: ContinueLook(open, node); return;
         }
     }
 
-    void EmitAlternatives(const RegexNode& node) {
-        std::vector<std::uint32_t> jumps;
-        for (std::size_t i = 0; i + 1 < node.children.size(); ++i) {
-            const std::uint32_t split = Emit(Kind::Split);
-            EmitNode(node.children[i]);
-            jumps.push_back(Emit(Kind::Jump));
-            SetExit(split, true);
-        }
-        EmitNode(node.children.back());
-        for (const std::uint32_t jump : jumps) m_program.code[jump].a = Here();
-    }
-
-    void EmitGroup(const RegexNode& node) {
-        const bool saves = m_syntax.hasBackReferences && node.value != 0;
-        if (saves) Emit(Kind::Save, 2 * (node.value - 1));
-        EmitNode(node.children[0]);
-        if (saves) Emit(Kind::Save, 2 * (node.value - 1) + 1);
-    }
-
-    void EmitLook(const RegexNode& node) {
-        const std::uint32_t look = Emit(Kind::Look);
-        const std::uint32_t begin = Here();
-        EmitNode(node.children[0]);
-        Emit(Kind::Accept);
-        m_program.code[look].a = static_cast<std::uint32_t>(m_program.looks.size());
-        m_program.code[look].b = Here();
-        m_program.looks.push_back({begin, Here(), node.kind == NodeKind::NegativeLookAhead});
-    }
-
-    // What a group inside held in the round before is forgotten at the start of each.
-    void EmitRound(std::uint32_t child) {
-        if (m_syntax.hasBackReferences) {
-            std::uint32_t first = UINT32_MAX;
-            std::uint32_t last = 0;
-            FindGroups(child, first, last);
-            if (first <= last) Emit(Kind::ClearSaves, 2 * (first - 1), 2 * last);
-        }
-        EmitNode(child);
-    }
-
-    void FindGroups(std::uint32_t index, std::uint32_t& first, std::uint32_t& last) {
-        if (++m_visits > kMaximumVisits) throw RegexError{RegexErrorCode::Complexity, "expression is too complex"};
-        const RegexNode& node = m_syntax.nodes[index];
-        if (node.kind == NodeKind::Group && node.value != 0) {
-            first = std::min(first, node.value);
-            last = std::max(last, node.value);
-        }
-        for (const std::uint32_t child : node.children) FindGroups(child, first, last);
-    }
-
-    void EmitRepetition(const RegexNode& node) {
-        const std::uint32_t child = node.children[0];
-        for (std::uint32_t i = 0; i < node.minimum; ++i) EmitRound(child);
-        if (node.maximum == kNoMaximum) {
-            const std::uint32_t split = Emit(Kind::Split);
-            const std::uint32_t loop = m_program.loops;
-            if (m_syntax.hasBackReferences) {
-                ++m_program.loops;
-                Emit(Kind::LoopBegin, loop);
-            }
-            EmitRound(child);
-            if (m_syntax.hasBackReferences) Emit(Kind::LoopCheck, loop);
-            Emit(Kind::Jump, split);
-            SetExit(split, node.greedy);
+    void ContinueAlternatives(OpenNode& open, const RegexNode& node) {
+        if (open.step == node.children.size()) {
+            ForEachWaiting(open.waiting, [this](std::uint32_t jump) { m_program.code[jump].a = Here(); });
+            Close();
             return;
         }
-        std::vector<std::uint32_t> splits;
-        for (std::uint32_t i = node.minimum; i < node.maximum; ++i) {
-            splits.push_back(Emit(Kind::Split));
-            EmitRound(child);
+        if (open.step > 0) {
+            AddWaiting(open.waiting, Emit(Kind::Jump));
+            SetExit(open.instruction, true);
         }
-        for (const std::uint32_t split : splits) SetExit(split, node.greedy);
+        if (open.step + 1 < node.children.size()) open.instruction = Emit(Kind::Split);
+        Visit(node.children[open.step++]);
+    }
+
+    void ContinueGroup(OpenNode& open, const RegexNode& node) {
+        const bool saves = m_syntax.hasBackReferences && node.value != 0;
+        if (saves) Emit(Kind::Save, 2 * (node.value - 1) + open.step);
+        if (open.step++ == 0) Visit(node.children[0]);
+        else Close();
+    }
+
+    void ContinueLook(OpenNode& open, const RegexNode& node) {
+        if (open.step++ == 0) {
+            open.instruction = Emit(Kind::Look);
+            Visit(node.children[0]);
+            return;
+        }
+        Emit(Kind::Accept);
+        m_program.code[open.instruction].a = static_cast<std::uint32_t>(m_program.looks.size());
+        m_program.code[open.instruction].b = Here();
+        m_program.looks.push_back({open.instruction + 1, Here(), node.kind == NodeKind::NegativeLookAhead});
+        Close();
+    }
+
+    void ContinueRepetition(OpenNode& open, const RegexNode& node) {
+        if (open.isInLoop) {
+            if (m_syntax.hasBackReferences) Emit(Kind::LoopCheck, open.loop);
+            Emit(Kind::Jump, open.instruction);
+            SetExit(open.instruction, node.greedy);
+            Close();
+            return;
+        }
+        if (open.step == node.maximum) {
+            ForEachWaiting(open.waiting, [this, &node](std::uint32_t split) { SetExit(split, node.greedy); });
+            Close();
+            return;
+        }
+        if (open.step >= node.minimum && node.maximum == kNoMaximum) {
+            open.isInLoop = true;
+            open.instruction = Emit(Kind::Split);
+            if (m_syntax.hasBackReferences) {
+                open.loop = m_program.loops++;
+                Emit(Kind::LoopBegin, open.loop);
+            }
+        } else if (open.step >= node.minimum) {
+            AddWaiting(open.waiting, Emit(Kind::Split));
+        }
+        // What a group inside held in the round before is forgotten at the start of each.
+        if (m_syntax.hasBackReferences && node.firstGroup < node.lastGroup)
+            Emit(Kind::ClearSaves, 2 * node.firstGroup, 2 * node.lastGroup);
+        ++open.step;
+        Visit(node.children[0]);
     }
 
     const RegexSyntax& m_syntax;
     RegexProgram& m_program;
+    std::vector<OpenNode> m_open;
     std::size_t m_visits = 0;
 };
 

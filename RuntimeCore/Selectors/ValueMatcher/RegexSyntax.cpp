@@ -30,9 +30,21 @@ class Parser {
 public:
     Parser(std::wstring_view pattern, bool caseSensitive) : m_rest(pattern), m_caseSensitive(caseSensitive) {}
 
+    // Open groups are kept in a list of their own: the pattern's nesting costs no stack here.
     RegexSyntax Parse() {
-        m_syntax.root = ParseAlternatives(0);
-        if (!m_rest.empty()) Fail(RegexErrorCode::Parenthesis, "closing parenthesis without an opening one");
+        m_open.emplace_back();
+        while (!m_rest.empty()) {
+            if (Take(L"|")) CloseAlternative();
+            else if (Take(L")")) CloseGroup();
+            else if (Take(L"(?=")) OpenGroup(Kind::LookAhead, 0);
+            else if (Take(L"(?!")) OpenGroup(Kind::NegativeLookAhead, 0);
+            else if (Take(L"(?:")) OpenGroup(Kind::Group, 0);
+            else if (Take(L"(?")) Fail(RegexErrorCode::Parenthesis, "unknown kind of group");
+            else if (Take(L"(")) OpenGroup(Kind::Group, AddGroupNumber());
+            else m_open.back().terms.push_back(ParseTerm());
+        }
+        if (m_open.size() > 1) Fail(RegexErrorCode::Parenthesis, "opening parenthesis without a closing one");
+        m_syntax.root = CloseAlternatives();
         return std::move(m_syntax);
     }
 
@@ -72,53 +84,74 @@ private:
         return Add(Kind::Set, static_cast<std::uint32_t>(m_syntax.sets.size() - 1));
     }
 
-    std::uint32_t ParseAlternatives(std::uint32_t depth) {
-        if (depth > kMaximumNesting) Fail(RegexErrorCode::Stack, "groups are nested too deep");
-        std::vector<std::uint32_t> alternatives{ParseSequence(depth)};
-        while (Take(L"|")) alternatives.push_back(ParseSequence(depth));
+    struct OpenPart {
+        Kind kind = Kind::Group;
+        std::uint32_t number = 0;
+        std::uint32_t groupsBefore = 0;
+        std::vector<std::uint32_t> alternatives;  // the complete ones
+        std::vector<std::uint32_t> terms;         // of the one that is being read
+    };
+
+    std::uint32_t AddGroupNumber() {
+        m_closedGroups.push_back(false);
+        return ++m_syntax.groups;
+    }
+
+    void OpenGroup(Kind kind, std::uint32_t number) {
+        if (m_open.size() > kMaximumNesting) Fail(RegexErrorCode::Stack, "groups are nested too deep");
+        OpenPart& part = m_open.emplace_back();
+        part.kind = kind;
+        part.number = number;
+        part.groupsBefore = number != 0 ? number - 1 : m_syntax.groups;
+    }
+
+    void CloseAlternative() {
+        OpenPart& part = m_open.back();
+        std::vector<std::uint32_t> terms;
+        terms.swap(part.terms);
+        part.alternatives.push_back(terms.size() == 1 ? terms[0] : AddParent(Kind::Sequence, std::move(terms)));
+    }
+
+    std::uint32_t CloseAlternatives() {
+        CloseAlternative();
+        std::vector<std::uint32_t> alternatives;
+        alternatives.swap(m_open.back().alternatives);
         return alternatives.size() == 1 ? alternatives[0] : AddParent(Kind::Alternatives, std::move(alternatives));
     }
 
-    std::uint32_t ParseSequence(std::uint32_t depth) {
-        std::vector<std::uint32_t> terms;
-        while (!m_rest.empty() && !At(L'|') && !At(L')')) terms.push_back(ParseTerm(depth));
-        return terms.size() == 1 ? terms[0] : AddParent(Kind::Sequence, std::move(terms));
+    void CloseGroup() {
+        if (m_open.size() == 1) Fail(RegexErrorCode::Parenthesis, "closing parenthesis without an opening one");
+        const Kind kind = m_open.back().kind;
+        const std::uint32_t number = m_open.back().number;
+        const std::uint32_t groupsBefore = m_open.back().groupsBefore;
+        std::uint32_t index = AddParent(kind, {CloseAlternatives()}, number);
+        m_open.pop_back();
+        if (number != 0) m_closedGroups[number - 1] = true;
+        if (kind == Kind::Group) index = ParseQuantifier(index, groupsBefore);
+        m_open.back().terms.push_back(index);
     }
 
-    std::uint32_t ParseTerm(std::uint32_t depth) {
+    // Anything but a group, with what repeats it.
+    std::uint32_t ParseTerm() {
         if (Take(L"^")) return Add(Kind::Begin);
         if (Take(L"$")) return Add(Kind::End);
         if (Take(L"\\b")) return Add(Kind::WordBoundary);
         if (Take(L"\\B")) return Add(Kind::NoWordBoundary);
-        if (Take(L"(?=")) return AddParent(Kind::LookAhead, {ParseRestOfGroup(depth)});
-        if (Take(L"(?!")) return AddParent(Kind::NegativeLookAhead, {ParseRestOfGroup(depth)});
-        return ParseQuantifier(ParseAtom(depth));
+        return ParseQuantifier(ParseAtom(), m_syntax.groups);
     }
 
-    std::uint32_t ParseRestOfGroup(std::uint32_t depth) {
-        const std::uint32_t inner = ParseAlternatives(depth + 1);
-        if (!Take(L")")) Fail(RegexErrorCode::Parenthesis, "opening parenthesis without a closing one");
-        return inner;
-    }
-
-    std::uint32_t ParseAtom(std::uint32_t depth) {
-        if (Take(L"(?:")) return AddParent(Kind::Group, {ParseRestOfGroup(depth)});
-        if (Take(L"(?")) Fail(RegexErrorCode::Parenthesis, "unknown kind of group");
-        if (Take(L"(")) {
-            const std::uint32_t number = ++m_syntax.groups;
-            m_closedGroups.push_back(false);
-            const std::uint32_t inner = ParseRestOfGroup(depth);
-            m_closedGroups[number - 1] = true;
-            return AddParent(Kind::Group, {inner}, number);
-        }
+    std::uint32_t ParseAtom() {
         if (Take(L"[")) return ParseBracket();
         if (Take(L"\\")) return ParseEscape();
         if (Take(L".")) return Add(Kind::AnyUnit);
         if (At(L'*') || At(L'+') || At(L'?') || At(L'{')) Fail(RegexErrorCode::BadRepeat, "nothing to repeat");
-        return AddUnit(TakeUnit(RegexErrorCode::Parenthesis, "pattern ends early"));
+        const wchar_t unit = m_rest.front();
+        m_rest.remove_prefix(1);
+        return AddUnit(unit);
     }
 
-    std::uint32_t ParseQuantifier(std::uint32_t atom) {
+    // `groupsBefore` is the number of groups that began before the atom.
+    std::uint32_t ParseQuantifier(std::uint32_t atom, std::uint32_t groupsBefore) {
         std::uint32_t minimum = 0;
         std::uint32_t maximum = kNoMaximum;
         if (Take(L"*")) {
@@ -142,6 +175,8 @@ private:
         node.minimum = minimum;
         node.maximum = maximum;
         node.greedy = greedy;
+        node.firstGroup = groupsBefore;
+        node.lastGroup = m_syntax.groups;
         return index;
     }
 
@@ -297,6 +332,7 @@ private:
     std::wstring_view m_rest;
     bool m_caseSensitive;
     RegexSyntax m_syntax;
+    std::vector<OpenPart> m_open;
     std::vector<bool> m_closedGroups;
 };
 

@@ -31,6 +31,9 @@ struct RegexNode {
     std::uint32_t value = 0;
     std::uint32_t minimum = 0;
     std::uint32_t maximum = 0;
+    // Of a repetition: the groups inside, counted from 0, lastGroup being the first one behind.
+    std::uint32_t firstGroup = 0;
+    std::uint32_t lastGroup = 0;
     std::vector<std::uint32_t> children;  // indices in `nodes`
 };
 
