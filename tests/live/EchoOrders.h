@@ -24,5 +24,5 @@ enum class EchoOrder : std::uint8_t {
     EndProcess = 'x',
     HandleCount = 'H',   // 32 bits: valid handles of the target
     TlsSlotsLeft = 'T',  // 32 bits: thread-local slots that the target could still take
-    BesideLoaded = 'l',  // one byte
+    Beside = 'l',        // three bytes: loaded, times started, times stopped
 };

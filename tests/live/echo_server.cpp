@@ -97,9 +97,15 @@ extern "C" __declspec(dllexport) void ExecuteAa(const Buffer* in, Buffer* out) {
             const std::uint32_t count = CountFreeTlsSlots();
             return Answer(out, &count, sizeof(count));
         }
-        case EchoOrder::BesideLoaded: {
-            const std::uint8_t loaded = GetModuleHandleW(L"vantrel_beside.dll") != nullptr;
-            return Answer(out, &loaded, 1);
+        case EchoOrder::Beside: {
+            wchar_t started[2] = L"0";
+            wchar_t stopped[2] = L"0";
+            GetEnvironmentVariableW(L"VANTREL_BESIDE_STARTED", started, 2);
+            GetEnvironmentVariableW(L"VANTREL_BESIDE_STOPPED", stopped, 2);
+            const std::uint8_t beside[] = {GetModuleHandleW(L"beside_library.dll") != nullptr,
+                                           static_cast<std::uint8_t>(started[0] - L'0'),
+                                           static_cast<std::uint8_t>(stopped[0] - L'0')};
+            return Answer(out, beside, sizeof(beside));
         }
     }
 }
