@@ -1,6 +1,8 @@
 #include "RuntimeCore/Selectors/ValueMatcher/FuzzyText.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 
 #include "RuntimeCore/Selectors/ValueMatcher/LowerCase.h"
 
@@ -32,6 +34,14 @@ std::wstring_view TrimEnd(std::wstring_view text) {
     return text;
 }
 
+// Its blanks fit one word of bits; it has at most half as many words.
+constexpr std::size_t kShortText = 64;
+// So many are sorted by insertion.
+constexpr std::size_t kFewWords = 16;
+
+// Most words differ in their first unit.
+bool Less(std::wstring_view a, std::wstring_view b) { return a[0] != b[0] ? a[0] < b[0] : a < b; }
+
 }  // namespace
 
 std::wstring_view NormalizedText::Make(std::wstring_view text) {
@@ -43,42 +53,64 @@ std::wstring_view NormalizedText::Make(std::wstring_view text) {
     return {out, text.size()};
 }
 
-std::wstring_view SortedWords::Make(std::wstring_view text) {
+// Of short texts the blanks are collected as bits first: the ends of words, which no processor can foresee, are then
+// found by counting instead of by branching.
+void SortedWords::SplitShort(std::wstring_view text) {
+    if (m_words.size() < kShortText / 2) m_words.resize(kShortText / 2);
+    std::uint64_t units = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) units |= std::uint64_t{text[i] != L' '} << i;
+    m_count = 0;
+    while (units != 0) {
+        const auto start = static_cast<std::size_t>(std::countr_zero(units));
+        // Adding the lowest bit carries through the word and leaves what stands behind it.
+        const std::uint64_t behind = units + (units & -units);
+        const auto length = static_cast<std::size_t>(std::countr_zero(behind)) - start;
+        m_words[m_count++] = {text.data() + start, length};
+        units &= behind;
+    }
+}
+
+void SortedWords::SplitLong(std::wstring_view text) {
     m_words.clear();
-    bool inForm = true;
     for (std::size_t i = 0; i < text.size();) {
-        if (text[i] == L' ') {
-            // One blank behind a word and before another is as it should be.
-            inForm = inForm && i > 0 && i + 1 < text.size() && text[i + 1] != L' ';
-            ++i;
-            continue;
-        }
         const std::size_t start = i;
         while (i < text.size() && text[i] != L' ') ++i;
-        const std::wstring_view word = text.substr(start, i - start);
-        inForm = inForm && (m_words.empty() || !(word < m_words.back()));
-        m_words.push_back(word);
+        if (i > start) m_words.push_back(text.substr(start, i - start));
+        ++i;
     }
-    // A word may hold other white space than blanks, and the last one loses it at its end.
-    if (inForm) return TrimEnd(text);
-    if (m_words.size() <= 16) {
-        for (std::size_t i = 1; i < m_words.size(); ++i) {
-            const std::wstring_view word = m_words[i];
+    m_count = m_words.size();
+}
+
+std::wstring_view SortedWords::Make(std::wstring_view text) {
+    if (text.size() <= kShortText) SplitShort(text);
+    else SplitLong(text);
+    std::wstring_view* const words = m_words.data();
+    bool inOrder = true;
+    std::size_t length = m_count;  // one blank behind each word
+    if (m_count <= kFewWords) {
+        for (std::size_t i = 0; i < m_count; ++i) {
+            const std::wstring_view word = words[i];
+            length += word.size();
             std::size_t at = i;
-            for (; at > 0 && word < m_words[at - 1]; --at) m_words[at] = m_words[at - 1];
-            m_words[at] = word;
+            for (; at > 0 && Less(word, words[at - 1]); --at) words[at] = words[at - 1];
+            inOrder = inOrder && at == i;
+            words[at] = word;
         }
     } else {
-        std::sort(m_words.begin(), m_words.end());
+        for (std::size_t i = 0; i < m_count; ++i) length += words[i].size();
+        inOrder = std::is_sorted(words, words + m_count, Less);
+        if (!inOrder) std::sort(words, words + m_count, Less);
     }
-    if (m_buffer.size() < text.size() + 1) m_buffer.resize(text.size() + 1);
+    // One blank between words, none at the ends. A word may hold other white space, which the last one loses.
+    if (inOrder && length == text.size() + 1) return TrimEnd(text);
+    if (m_buffer.size() < length) m_buffer.resize(length);
     wchar_t* out = m_buffer.data();
-    for (const std::wstring_view word : m_words) {
-        // Words are short: a plain loop is faster than a call.
-        for (const wchar_t unit : word) *out++ = unit;
+    for (std::size_t i = 0; i < m_count; ++i) {
+        std::memcpy(out, words[i].data(), words[i].size() * sizeof(wchar_t));
+        out += words[i].size();
         *out++ = L' ';
     }
-    return TrimEnd({m_buffer.data(), static_cast<std::size_t>(out - m_buffer.data())});
+    return TrimEnd({m_buffer.data(), length});
 }
 
 }  // namespace Zorvex

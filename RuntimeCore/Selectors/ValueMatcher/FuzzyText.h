@@ -24,7 +24,11 @@ public:
     std::wstring_view Make(std::wstring_view text);
 
 private:
-    std::vector<std::wstring_view> m_words;
+    void SplitShort(std::wstring_view text);
+    void SplitLong(std::wstring_view text);
+
+    std::vector<std::wstring_view> m_words;  // the first m_count; more are left over from other texts
+    std::size_t m_count = 0;
     std::vector<wchar_t> m_buffer;
 };
 
