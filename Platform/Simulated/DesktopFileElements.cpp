@@ -127,11 +127,11 @@ LONG ReadStates(const JsonPlace& place) {
     if (!place.Value().is_array()) return static_cast<LONG>(place.Bits());
     LONG states = 0;
     place.ForEach([&](const JsonPlace& at) {
-        if (!at.Value().is_string()) {
+        const std::string name = at.Value().is_string() ? at.Bytes() : "0x";
+        if (name.starts_with("0x")) {
             states |= static_cast<LONG>(at.Bits());
             return;
         }
-        const std::string name = at.Bytes();
         LONG bit = 0;
         if (!StateFromName(name, bit)) at.Fail("unknown state \"" + name + "\"");
         states |= bit;
@@ -186,9 +186,6 @@ Fault ReadFault(const JsonPlace& place) {
     place.IfKey("count", [&](const JsonPlace& at) { fault.count = at.Long(); });
     place.IfKey("text", [&](const JsonPlace& at) { fault.text = at.Text(); });
     place.IfKey("type", [&](const JsonPlace& at) {
-        if (!at.Value().is_string()) {
-            at.Fail("a type such as \"VT_I2\" is expected");
-        }
         const std::string name = at.Bytes();
         const std::optional<LONG> type = NumberOf(VariantTypes, name);
         if (!type) at.Fail("unknown type \"" + name + "\"");
