@@ -133,7 +133,7 @@ BENCHMARK(BareWalk)->Unit(benchmark::kMillisecond);
 void FourTagsAllResults(benchmark::State& state) { RunSearch(state, LastItem(), 1); }
 BENCHMARK(FourTagsAllResults)->Unit(benchmark::kMillisecond);
 
-// With a limit of one the walk ends at the element, here near the end.
+// With a limit of one each tag settles for its first match, and the other branches are not entered.
 void FourTagsFirstResult(benchmark::State& state) {
     SelectorEntry entry = LastItem();
     entry.options.maxResults = 1;
