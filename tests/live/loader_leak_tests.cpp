@@ -27,11 +27,17 @@ std::uint32_t Ask(ITarget& target, EchoOrder order) {
 }
 
 Held Measure(const LiveTarget& program, ITarget& target) {
-    // What goes away a moment after an answer has gone by then.
+    Held held{};
+    // What goes away a moment after an answer has to be gone before it is counted.
     EXPECT_TRUE(program.ModuleGoes(HostLibraryName(OwnBitness())));
-    return {Ask(target, EchoOrder::HandleCount), Ask(target, EchoOrder::TlsSlotsLeft),
-            (EXPECT_TRUE(program.ModuleGoes(HostLibraryName(OwnBitness()))), program.ThreadCount()), CountOwnHandles(),
-            CountFreeTlsSlots()};
+    held.targetHandles = Ask(target, EchoOrder::HandleCount);
+    EXPECT_TRUE(program.ModuleGoes(HostLibraryName(OwnBitness())));
+    held.targetTlsSlotsLeft = Ask(target, EchoOrder::TlsSlotsLeft);
+    EXPECT_TRUE(program.ModuleGoes(HostLibraryName(OwnBitness())));
+    held.targetThreads = program.ThreadCount();
+    held.ownHandles = CountOwnHandles();
+    held.ownTlsSlotsLeft = CountFreeTlsSlots();
+    return held;
 }
 
 void RunRounds(const LiveTarget& program, const std::vector<Bytes>& requests, AfterRequest afterRequest) {

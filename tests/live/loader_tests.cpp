@@ -211,16 +211,14 @@ TEST(LoaderLive, FileThatIsNoLibraryFailsWithTheSystemsMessage) {
     const LiveTarget program;
     LoaderOptions options = EchoOptions();
     options.serverPath = LiveFolder() + L"no_library.dll";
-    const SafeObject file(CreateFileW(options.serverPath.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+    SafeObject file(CreateFileW(options.serverPath.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
     DWORD written = 0;
     WriteFile(file.Get(), "no library", 10, &written, nullptr);
-    options.serverPath = LiveFolder() + L"test_window.exe.txt";
-    const SafeObject text(CreateFileW(options.serverPath.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
-                                      CREATE_ALWAYS, FILE_FLAG_DELETE_ON_CLOSE, nullptr));
-    WriteFile(text.Get(), "no library", 10, &written, nullptr);
+    file.Close();
     const auto answer = program.Open(options)->Execute(Order(EchoOrder::Count), Ample);
     EXPECT_EQ(ProblemOf(answer), LoadProblem::LibraryFailed);
-    EXPECT_THAT(DetailOf(answer), HasSubstr("test_window.exe.txt: "));
+    EXPECT_THAT(DetailOf(answer), HasSubstr("no_library.dll: "));
+    DeleteFileW(options.serverPath.c_str());
 }
 
 TEST(LoaderLive, LibraryWithoutTheExportIsToldAndDoesNotStay) {
