@@ -71,6 +71,19 @@ TEST(AAObjectWrapper, CopiesOwnAReferenceOfTheirOwn) {
     EXPECT_EQ(objects.OutstandingReferences(), 0);
 }
 
+TEST(AAObjectWrapper, ACopyThatCantBeMadeThrowsAndLeavesNoReference) {
+    FakeObjects objects;
+    AAObjectWrapper element(CComPtr<IAccessible>(&objects.Add()), CComVariant(0));
+    element.childId.vt = 0x7F;
+    try {
+        const AAObjectWrapper copy = element;
+        FAIL() << "no exception";
+    } catch (const ComException& exception) {
+        EXPECT_EQ(exception.Error(), DISP_E_BADVARTYPE);
+    }
+    EXPECT_EQ(objects.OutstandingReferences(), 1);
+}
+
 TEST(AAObjectWrapper, ChildrenBecomeElementsInOrder) {
     FakeObjects objects;
     FakeAccessible& parent = objects.Add();

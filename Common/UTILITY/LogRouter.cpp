@@ -74,10 +74,10 @@ bool LogRouter::FileWanted() {
     if (m_fileFlag.IsYoung(now)) return m_fileFlag.value != 0;
     const auto text = m_platform.load()->ReadSetting(c_fileSetting);
     const bool wanted = text && *text == L"1";
-    // The time is stored before the set-up: what the set-up itself logs must not set up again.
     m_fileFlag.value.exchange(wanted);
-    m_fileFlag.time.exchange(now);
+    // The time comes last: whoever finds the value young finds the file open as well, and loses no line.
     if (wanted) SetUpFileOnce();
+    m_fileFlag.time.exchange(now);
     return wanted;
 }
 
@@ -106,6 +106,7 @@ void LogRouter::SetUpOnce() {
 }
 
 void LogRouter::SetUpFileOnce() {
+    // What the set-up itself logs must not set up again.
     static thread_local bool t_settingUp = false;
     if (t_settingUp) return;
     t_settingUp = true;

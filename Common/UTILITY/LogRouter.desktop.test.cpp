@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <sstream>
 #include <thread>
 
@@ -262,6 +265,56 @@ TEST_F(LogRouterTest, ManyThreadsLogAtOnce) {
     std::size_t whole = 0;
     for (std::string line; std::getline(file, line);) whole += line.ends_with("line of a thread\r");
     EXPECT_EQ(whole, 400u);
+}
+
+// File logging is on; a line of the debug output can be lent to the test.
+class ListeningPlatform : public LogPlatform {
+public:
+    std::optional<std::wstring> ReadSetting(const wchar_t* name) override {
+        return std::wstring_view(name) == L"ZORVEX_FILE_LOGGING" ? L"1" : L"ERROR";
+    }
+    void DebugOutput(const char* line) override { onLine(line); }
+    std::wstring ProcessPath() override { return {}; }
+    void RegisterEvents(EventListener, void*) override {}
+    void UnregisterEvents() override {}
+    bool EventWanted(BYTE) override { return false; }
+    void WriteEvent(BYTE, const std::wstring&) override {}
+
+    std::function<void(std::string_view)> onLine;
+};
+
+TEST_F(LogRouterTest, LineOfAnotherThreadWaitsUntilTheFileIsSetUp) {
+    // A folder that can't be found makes the set-up log, so that the test gets a word in the middle of it.
+    ListeningPlatform platform;
+    LogRouter router(platform);
+    std::thread other;
+    std::atomic<bool> otherIsThrough{false};
+    bool wasThroughInTheMiddle = true;
+    platform.onLine = [&](std::string_view line) {
+        if (line.find("GetKnownFolder") == std::string_view::npos) return;
+        other = std::thread([&] {
+            router.Emit(Severity::Info, "a.cpp", 2, 0, "second\n");
+            otherIsThrough = true;
+        });
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        wasThroughInTheMiddle = otherIsThrough;
+    };
+    router.Emit(Severity::Info, "a.cpp", 1, 0, "first\n");
+    ASSERT_TRUE(other.joinable());
+    other.join();
+    EXPECT_FALSE(wasThroughInTheMiddle);
+    EXPECT_TRUE(otherIsThrough);
+}
+
+TEST_F(LogRouterTest, EventsComeFromTheProviderThatSessionsAskFor) {
+    constexpr GUID c_published = {0x204DE76A, 0x126E, 0x4673, {0xB3, 0x49, 0x5A, 0x5D, 0x11, 0xD1, 0x80, 0xD7}};
+    Simulated::EnableEvents(c_published, 5, 2);
+    const std::pair<Severity, int> c_levels[] = {
+        {Severity::Verbose, 5}, {Severity::Info, 4}, {Severity::Warning, 3}, {Severity::Error, 2}, {Severity::Fatal, 1}};
+    for (const auto& [severity, level] : c_levels) Emit(severity);
+    const auto events = Simulated::Events();
+    ASSERT_EQ(events.size(), std::size(c_levels));
+    for (std::size_t i = 0; i < events.size(); ++i) EXPECT_EQ(events[i].level, c_levels[i].second) << i;
 }
 
 TEST_F(LogRouterTest, LineHasThreadLetterVersionPlaceAndFunction) {

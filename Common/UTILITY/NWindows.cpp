@@ -1,6 +1,7 @@
 #include "Common/UTILITY/NWindows.h"
 
 #include <algorithm>
+#include <exception>
 #include <string_view>
 
 #include "Common/UTILITY/ProcessNames.h"
@@ -69,13 +70,22 @@ struct ChildSearch {
     const wchar_t* className;
     const wchar_t* caption;
     HWND found = nullptr;
+    std::exception_ptr failure;
+
+    bool Fits(HWND hWnd) const {
+        return (!className || ClassName::Of(hWnd).View() == className) && (!caption || GetWindowTitle(hWnd) == caption);
+    }
 };
 
+// The platform calls back through its own frames, which an exception must not cross.
 BOOL CALLBACK VisitChildWindow(HWND hWnd, LPARAM parameter) {
     ChildSearch& search = *reinterpret_cast<ChildSearch*>(parameter);
-    if (search.className && ClassName::Of(hWnd).View() != search.className) return TRUE;
-    if (search.caption && GetWindowTitle(hWnd) != search.caption) return TRUE;
-    search.found = hWnd;
+    try {
+        if (!search.Fits(hWnd)) return TRUE;
+        search.found = hWnd;
+    } catch (...) {
+        search.failure = std::current_exception();
+    }
     return FALSE;
 }
 
@@ -180,8 +190,9 @@ bool HasInvisibleTopLevel(HWND hWnd) {
 HWND FindChildWindow(HWND hWnd, const wchar_t* className, const wchar_t* caption) {
     // Without a window the system would list every window there is.
     if (!::IsWindow(hWnd)) return nullptr;
-    ChildSearch search{className, caption};
+    ChildSearch search{className, caption, nullptr, nullptr};
     ::EnumChildWindows(hWnd, VisitChildWindow, reinterpret_cast<LPARAM>(&search));
+    if (search.failure) std::rethrow_exception(search.failure);
     return search.found;
 }
 

@@ -187,7 +187,15 @@ TEST(NWindows, AWindowThatDoesntAnswerHasNoTitleAfterAtMostFiveSeconds) {
     EXPECT_EQ(log.Count("[GetWindowTitle] skipping hung window: 0x"), 1u);
     for (const std::string& line : log.Lines()) EXPECT_EQ(line.substr(0, 1), "W");
     EXPECT_EQ(desktop.Calls("w", "GetWindowText"), 0);
+    EXPECT_EQ(log.Count("errCode: " + std::to_string(ERROR_TIMEOUT)), 1u) << log.Text();
+}
+
+TEST(NWindows, AWindowHasFiveSecondsToAnswerThePing) {
+    DesktopFixture desktop(R"({"windows": [{"id": "w", "class": "x", "hung": true}, {"id": "fine", "class": "x"}]})");
+    const ULONGLONG start = ::GetTickCount64();
     EXPECT_TRUE(NWindows::IsWindowHung(desktop.Window("w")));
+    EXPECT_EQ(::GetTickCount64() - start, 5000u);
+    EXPECT_FALSE(NWindows::IsWindowHung(desktop.Window("fine")));
 }
 
 TEST(NWindows, ADisabledWindowOfThisProcessHasNoTitleAndGetsNoMessage) {
