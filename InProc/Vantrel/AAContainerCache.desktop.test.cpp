@@ -2,7 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <functional>
+#include <future>
+#include <memory>
+#include <thread>
+
+#include "Common/UTILITY/LogRouter.h"
 #include "tests/Support/DesktopFixture.h"
+#include "tests/Support/FakeAccessible.h"
 #include "tests/Support/LogCapture.h"
 
 namespace Zorvex::Testing {
@@ -43,6 +51,116 @@ TEST_F(AAContainerCacheTest, SameObjectRegisteredTwiceHasOneIdAndOneReference) {
     EXPECT_EQ(desktop.OutstandingReferences(), references);
     EXPECT_TRUE(log.Contains("already registered as ID="));
     EXPECT_EQ(log.Count("newly registered as clientPId=1 ID="), 1u);
+}
+
+// Two faces of one object, as a server with tear-off interfaces hands them out.
+TEST_F(AAContainerCacheTest, SameObjectUnderTwoPointersHasOneId) {
+    FakeAccessible object, face;
+    face.unknown = &object;
+    const std::uint32_t id = cache.RegisterContainerObject(1, static_cast<IAccessible*>(&object));
+    EXPECT_NE(id, 0u);
+    EXPECT_EQ(cache.RegisterContainerObject(1, static_cast<IAccessible*>(&face)), id);
+    EXPECT_EQ(object.references, 1);
+    EXPECT_EQ(face.references, 0);
+    cache.UnregisterAllContainersByClientPid(1);
+    EXPECT_EQ(object.references, 0);
+}
+
+TEST_F(AAContainerCacheTest, ContainerThatHidesItsIdentityWhenItIsLetGoKeepsItsOldId) {
+    // Somebody else holds it too, so it stays the object that it is.
+    const CComPtr<IAccessible> object = desktop.Element("a");
+    const auto first = Register(1, "a");
+    desktop.AddFault("a", {.call = "QueryInterface", .result = E_FAIL});
+    log.Clear();
+    cache.UnregisterAllContainersByClientPid(1);
+    EXPECT_TRUE(log.Contains("erasing 0 LPUNKNOWN pointers for clientPid 1"));
+    EXPECT_TRUE(log.Contains("erasing 1 AA containers for clientPid 1"));
+    EXPECT_EQ(desktop.OutstandingReferences("a"), 1);
+    desktop.ClearFaults();
+    const auto second = Register(1, "a");
+    EXPECT_EQ(second.containerId, first.containerId);
+    EXPECT_EQ(cache.LookupIdentifier(second).hWnd, nullptr);
+}
+
+// Whether the work ends soon on a thread of its own: it doesn't while a lock that it needs is held.
+bool EndsSoon(std::function<void()> work) {
+    auto done = std::make_shared<std::promise<void>>();
+    auto future = done->get_future();
+    std::thread([done, work = std::move(work)] {
+        work();
+        done->set_value();
+    }).detach();
+    return future.wait_for(std::chrono::seconds(5)) == std::future_status::ready;
+}
+
+// Does something once, in the first call and in the last release of what it holds.
+class CallingAccessible : public FakeAccessible {
+public:
+    std::function<void()> onQuery, onLastRelease;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
+        if (auto work = std::exchange(onQuery, nullptr)) work();
+        return FakeAccessible::QueryInterface(riid, object);
+    }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG left = FakeAccessible::Release();
+        if (left == 0)
+            if (auto work = std::exchange(onLastRelease, nullptr)) work();
+        return left;
+    }
+};
+
+TEST_F(AAContainerCacheTest, ForeignObjectsAreAskedAndLetGoWithoutTheLock) {
+    const auto other = Register(2, "b");
+    const auto lookUp = [&] { EXPECT_TRUE(cache.LookupIdentifier(other).IsValid()); };
+    CallingAccessible object;
+    bool registering = false, asking = false, letGo = false;
+    object.onQuery = [&] { registering = EndsSoon(lookUp); };
+    cache.RegisterContainerObject(1, static_cast<IAccessible*>(&object));
+    object.onQuery = [&] { asking = EndsSoon(lookUp); };
+    object.onLastRelease = [&] { letGo = EndsSoon(lookUp); };
+    cache.UnregisterAllContainersByClientPid(1);
+    EXPECT_TRUE(registering);
+    EXPECT_TRUE(asking);
+    EXPECT_TRUE(letGo);
+    EXPECT_EQ(object.references, 0);
+}
+
+// Does something in the middle of a registration, where the lock is held: when its line is written.
+class RegistrationWatcher : public LogPlatform {
+public:
+    explicit RegistrationWatcher(std::function<void()> work) : m_work(std::move(work)), m_before(LogRouter::OfProcess().ExchangePlatform(*this)) {}
+    ~RegistrationWatcher() override { LogRouter::OfProcess().ExchangePlatform(m_before); }
+
+    std::optional<std::wstring> ReadSetting(const wchar_t*) override { return L"VERBOSE"; }
+    void DebugOutput(const char* line) override {
+        if (std::string_view(line).find("newly registered") != std::string_view::npos) m_work();
+    }
+    std::wstring ProcessPath() override { return {}; }
+    void RegisterEvents(EventListener, void*) override {}
+    void UnregisterEvents() override {}
+    bool EventWanted(BYTE) override { return false; }
+    void WriteEvent(BYTE, const std::wstring&) override {}
+
+private:
+    std::function<void()> m_work;
+    LogPlatform& m_before;
+};
+
+TEST_F(AAContainerCacheTest, LookupOfAWindowIdentifierTakesNoLock) {
+    AAObjectIdentifier windowAlone;
+    windowAlone.hWnd = desktop.Window("main");
+    bool ended = false;
+    {
+        const RegistrationWatcher watcher([&] { ended = EndsSoon([&] { cache.LookupIdentifier(windowAlone); }); });
+        Register(1, "a");
+    }
+    EXPECT_TRUE(ended);
+}
+
+TEST_F(AAContainerCacheTest, NullObjectIsNotRegistered) {
+    EXPECT_EQ(cache.RegisterContainerObject(1, nullptr), 0u);
+    EXPECT_TRUE(log.Contains("QueryInterface(IUnknown) failed, hr="));
 }
 
 TEST_F(AAContainerCacheTest, IdentifierCarriesTheClientKeyAndTheChild) {

@@ -1,6 +1,5 @@
 // The library's entry point. It lies outside the static library of the server, so that tests and tools can link
 // the server without becoming a library themselves.
-#include "Common/include/Log.h"
 #include "InProc/Vantrel/ModuleHandle.h"
 #include "Platform/Windows.h"
 

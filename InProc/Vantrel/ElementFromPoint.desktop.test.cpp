@@ -131,6 +131,53 @@ TEST_F(ElementFromPointTest, RootWithoutALocationGivesNothing) {
     EXPECT_TRUE(log.Contains("spCrtAcc->accLocation failed"));
 }
 
+TEST_F(ElementFromPointTest, ChildWhoseWindowCannotBeHadIsNotSkipped) {
+    desktop.AddFault("panel", {.call = "WindowFromAccessibleObject", .result = E_FAIL});
+    desktop.AddFault("outer", {.call = "WindowFromAccessibleObject", .null = true});
+    EXPECT_TRUE(Names(At(20, 20, FromPointBrowseHierarchy), "inner"));
+}
+
+TEST_F(ElementFromPointTest, ChildrenThatCannotBeReadLeaveTheirParent) {
+    desktop.AddFault("outer", {.call = "get_accChildCount", .result = E_FAIL});
+    EXPECT_TRUE(Names(At(20, 20, FromPointBrowseHierarchy), "outer"));
+    EXPECT_TRUE(log.Contains("AccessibleChildren failed; hres: "));
+}
+
+TEST_F(ElementFromPointTest, ChildThatIsNoElementIsSkipped) {
+    desktop.AddFault("inner", {.call = "QueryInterface", .iid = "IAccessible", .result = E_NOINTERFACE});
+    EXPECT_TRUE(Names(At(20, 20, FromPointBrowseHierarchy), "outer"));
+    EXPECT_TRUE(log.Contains("Cannot get 0-th child; skip it"));
+}
+
+TEST_F(ElementFromPointTest, WindowWithoutAnObjectGivesNothingByEitherMethod) {
+    desktop.AddFault("main", {.call = "AccessibleObjectFromWindow", .times = 1, .result = E_FAIL});
+    EXPECT_TRUE(IsEmpty(At(20, 20, FromPointBrowseHierarchy)));
+    EXPECT_TRUE(log.Contains("[ElemFromPointBrowseHierarchy] AccessibleObjectFromWindow failed"));
+    desktop.AddFault("main", {.call = "AccessibleObjectFromWindow", .null = true});
+    EXPECT_TRUE(IsEmpty(At(20, 20, FromPointHitTest | FromPointDomMode)));
+    EXPECT_TRUE(log.Contains("GetAAFromPointWithHitTest: AccessibleObjectFromWindow failed"));
+}
+
+TEST_F(ElementFromPointTest, WindowWithoutARectangleIsEmpty) {
+    desktop.AddFault("main", {.call = "GetWindowRect", .result = E_FAIL});
+    EXPECT_TRUE(IsEmpty(At(20, 20, FromPointBrowseHierarchy)));
+    EXPECT_TRUE(log.Contains("GetWindowRect failed"));
+}
+
+TEST_F(ElementFromPointTest, OwnerWindowThatCannotBeHadIsZero) {
+    desktop.AddFault("inner", {.call = "WindowFromAccessibleObject", .result = E_FAIL});
+    const auto response = At(20, 20, FromPointHitTest);
+    EXPECT_EQ(response.ownerWindow, nullptr);
+    EXPECT_TRUE(Names(response, "inner"));
+    EXPECT_TRUE(log.Contains("GetIAccOwnerWindow failed, hr: 80004005"));
+}
+
+TEST_F(ElementFromPointTest, HitThatIsNoAccessibleStaysWithTheElementReached) {
+    desktop.AddFault("panel", {.call = "QueryInterface", .iid = "IAccessible", .result = E_NOINTERFACE});
+    EXPECT_TRUE(Names(At(20, 20, FromPointHitTest), "root"));
+    EXPECT_TRUE(log.Contains("Query for IAccessible failed"));
+}
+
 TEST_F(ElementFromPointTest, HitTestGoesDownToTheDeepestElement) {
     EXPECT_TRUE(Names(At(20, 20, FromPointHitTest), "inner"));
     EXPECT_TRUE(log.Contains("Hit-test nCount: "));
@@ -193,6 +240,46 @@ TEST_F(ElementFromPointTest, RoleThatCannotBeReadStaysEmpty) {
     const auto response = At(20, 20, FromPointBrowseHierarchy);
     EXPECT_EQ(response.role.vt, VT_EMPTY);
     EXPECT_TRUE(Names(response, "inner"));
+}
+
+// The window's object says that it belongs to another thread: so do its children.
+TEST(ElementFromPointThreads, SimpleChildIsNotTestedForItsThread) {
+    DesktopFixture desktop(R"({"windows": [{"id": "main", "class": "Main", "rectangle": [0, 0, 100, 100], "objects": {"window": {
+        "id": "root", "role": "window", "window": "other", "rectangle": [0, 0, 100, 100], "children": [
+          {"role": "list item", "simple": true, "rectangle": [0, 0, 10, 10]},
+          {"role": "list item", "rectangle": [20, 0, 10, 10]}]}}},
+      {"id": "other", "class": "Other", "thread": 99}]})");
+    CacheCleaner cleaner;
+    FindElemFromPointRequest request;
+    request.clientPid = kClientPid;
+    request.window = desktop.Window("main");
+    request.flags = FromPointBrowseHierarchy;
+    request.point = {5, 5};
+    EXPECT_EQ(Call(request).rectangle.right, 10);
+    request.point = {25, 5};
+    EXPECT_EQ(Call(request).rectangle.right, 100);
+}
+
+TEST(ElementFromPointThreads, HitTestStartsAtTheTopLevelWindowOnWishAndOnlyOfTheSameThread) {
+    for (const bool otherThread : {false, true}) {
+        DesktopFixture desktop(std::string(R"({"windows": [{"id": "top", "class": "Top", "rectangle": [0, 0, 400, 300],
+            "objects": {"window": {"id": "topRoot", "role": "window", "rectangle": [0, 0, 400, 300], "hitTest": "self", "children": []}},
+            "children": [{"id": "inner", "class": "Inner", "rectangle": [0, 0, 100, 100], "thread": )") + (otherThread ? "2" : "1") +
+                               R"(, "objects": {"window": {"id": "innerRoot", "role": "pane", "rectangle": [0, 0, 100, 100],
+                 "hitTest": "self", "children": []}}}]}]})");
+        CacheCleaner cleaner;
+        FindElemFromPointRequest request;
+        request.clientPid = kClientPid;
+        request.window = desktop.Window("inner");
+        request.point = {5, 5};
+        request.flags = FromPointHitTest;
+        EXPECT_EQ(Call(request).rectangle.right, 100);
+        request.flags |= FromPointHitTestFromTopLevel;
+        EXPECT_EQ(Call(request).rectangle.right, otherThread ? 100 : 400);
+        // The window alone is asked for nothing: it takes a method.
+        request.flags = FromPointHitTestFromTopLevel;
+        EXPECT_EQ(Call(request).element, AAObjectIdentifier{});
+    }
 }
 
 // The hit test and the hierarchy disagree where a server's hit test answers something else.
@@ -313,6 +400,28 @@ TEST(ElementFromPointDomMode, HtmlElementWithoutAPlaceIsNotPreferred) {
     request.point = {60, 10};
     request.flags = FromPointBrowseHierarchy | FromPointDomMode;
     EXPECT_EQ(Call(request).rectangle.left, 50);
+}
+
+// A page drawn in a child window of the browser's: from outside it belongs to the browser's window.
+TEST(ElementFromPointDomMode, BrowserStandsInForItsChildWindowAsOwner) {
+    for (const char* windowClass : {"Chrome_WidgetWin_1", "MozillaWindowClass", "Main"}) {
+        const bool isBrowser = std::string_view(windowClass) != "Main";
+        DesktopFixture desktop(std::string(R"({"windows": [{"id": "main", "class": ")") + windowClass + R"(", "rectangle": [0, 0, 400, 300],
+          "objects": {"window": {"id": "root", "role": "window", "rectangle": [0, 0, 400, 300], "children": [
+            {"id": "page", "role": "document", "rectangle": [0, 0, 100, 20], "window": "inner"}]}},
+          "children": [{"id": "inner", "class": "Inner"}]}]})");
+        CacheCleaner cleaner;
+        FindElemFromPointRequest request;
+        request.clientPid = kClientPid;
+        request.window = desktop.Window("main");
+        request.point = {10, 10};
+        request.flags = FromPointBrowseHierarchy;
+        EXPECT_EQ(Call(request).ownerWindow, desktop.Window("inner")) << windowClass;
+        request.flags |= FromPointDomMode;
+        const auto response = Call(request);
+        EXPECT_EQ(response.ownerWindow, desktop.Window(isBrowser ? "main" : "inner")) << windowClass;
+        EXPECT_EQ(response.element.isDomAria, isBrowser ? 1u : 0u) << windowClass;
+    }
 }
 
 }  // namespace

@@ -160,6 +160,44 @@ TEST_F(ElementLookupTest, ObjectIdFromEventOfAWindowThatIsNoneIsZero) {
     EXPECT_TRUE(log.Contains("AccessibleObjectFromEvent failed, hRes = 0x"));
 }
 
+TEST_F(ElementLookupTest, ObjectIdFromEventWhoseChildIsAnObjectIsZero) {
+    desktop.AddFault("view", {.call = "AccessibleObjectFromEvent", .type = VT_DISPATCH});
+    GetObjectIdFromEventRequest request;
+    request.clientPid = kClientPid;
+    request.window = desktop.Window("view");
+    EXPECT_EQ(Call(request).element, AAObjectIdentifier{});
+    EXPECT_TRUE(log.Contains("AccessibleObjectFromEvent succeeded, but the returned AA child ID has a variant type 9, expected 3"));
+}
+
+TEST_F(ElementLookupTest, NullObjectOfAWindowOrEventIsZero) {
+    desktop.AddFault("main", {.call = "AccessibleObjectFromWindow", .null = true});
+    desktop.AddFault("main", {.call = "AccessibleObjectFromEvent", .null = true});
+    GetObjectIdFromWindowRequest ofWindow;
+    ofWindow.clientPid = kClientPid;
+    ofWindow.window = desktop.Window("main");
+    EXPECT_EQ(Call(ofWindow).element, AAObjectIdentifier{});
+    EXPECT_TRUE(log.Contains("AccessibleObjectFromWindow succeeded, but the returned AA object is NULL"));
+    GetObjectIdFromEventRequest ofEvent;
+    ofEvent.clientPid = kClientPid;
+    ofEvent.window = desktop.Window("main");
+    EXPECT_EQ(Call(ofEvent).element, AAObjectIdentifier{});
+    EXPECT_TRUE(log.Contains("AccessibleObjectFromEvent succeeded, but the returned AA object is NULL"));
+}
+
+TEST_F(ElementLookupTest, SiblingThatIsNoElementFails) {
+    desktop.AddFault("list", {.call = "QueryInterface", .iid = "IAccessible", .result = E_NOINTERFACE});
+    EXPECT_EQ(Sibling("a", 1), AAObjectIdentifier{});
+    EXPECT_TRUE(log.Contains("Invalid child at index 1"));
+}
+
+TEST_F(ElementLookupTest, ElementOfAStrangeWindowIsAListViewItemOnlyWhereTheIdentifierAllowsTheFallback) {
+    desktop.AddFault("viewList", {.call = "WindowFromAccessibleObject", .null = true});
+    AAObjectIdentifier identifier = Identify("row", "view");
+    EXPECT_FALSE(Ask<IsListViewItemRequest>(identifier).answer);
+    identifier.isDomAria = 1;
+    EXPECT_TRUE(Ask<IsListViewItemRequest>(identifier).answer);
+}
+
 TEST_F(ElementLookupTest, NameFromWindowIsAlwaysFoundAndMayBeEmpty) {
     AaNameFromWindowRequest request;
     request.window = desktop.Window("main");

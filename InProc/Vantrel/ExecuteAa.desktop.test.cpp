@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <new>
 #include <thread>
 
 #include "Common/include/ComException.h"
@@ -95,6 +96,34 @@ TEST(ExecuteAa, BytesBehindTheLastFieldAreIgnored) {
     WriteRecord(archive, IsValidIdentifierRequest{});
     archive.write(L"more");
     EXPECT_FALSE(CallRaw(archive.TakeBuffer()).empty());
+}
+
+TEST(ExecuteAa, ResponseStartsInABlockOf68Bytes) {
+    EXPECT_EQ(CallRaw(EncodeRequest(IsValidIdentifierRequest{})).capacity(), 68u);
+}
+
+TEST(ExecuteAa, AnyOtherExceptionLeavesThroughTheExportAndTheBufferStays) {
+    DesktopFixture desktop(kOneWindow);
+    desktop.AddFault("root", {.call = "get_accName", .raise = true});
+    AaNameFromWindowRequest request;
+    request.window = desktop.Window("main");
+    const RequestBuffer bytes = EncodeRequest(request);
+    RequestBuffer response{1, 2, 3};
+    EXPECT_THROW(ExecuteAa(&bytes, &response), Simulated::ServerFailure);
+    EXPECT_EQ(response, (RequestBuffer{1, 2, 3}));
+}
+
+TEST(ExecuteAa, WantOfMemoryLeavesThroughTheExport) {
+    DesktopFixture desktop(kOneWindow);
+    const RequestBuffer bytes = EncodeRequest(IsValidIdentifierRequest{});
+    RequestBuffer response;
+    // The copy of the request, then the block of the response.
+    for (const unsigned nth : {1u, 2u}) {
+        Simulated::FailAllocation(Simulated::Allocation::Heap, nth);
+        EXPECT_THROW(ExecuteAa(&bytes, &response), std::bad_alloc) << nth;
+    }
+    Simulated::FailAllocation(Simulated::Allocation::Heap, 0);
+    EXPECT_TRUE(response.empty());
 }
 
 TEST(ExecuteAa, ComIsInitialisedOnceInTheProcess) {

@@ -97,6 +97,40 @@ TEST(FocusedElement, EmbeddedPageIsAskedThroughItsDocument) {
     EXPECT_TRUE(Names(desktop, Focused(desktop), "link"));
 }
 
+TEST(FocusedElement, ChildWindowOfABrowserIsAskedThroughItsDocument) {
+    DesktopFixture desktop(R"({"processes": [{"id": 1000, "path": "C:\\chrome.exe", "current": true}],
+      "windows": [{"id": "host", "class": "Host", "children": [{"id": "main", "class": "Chrome_WidgetWin_1", "objects": {"window": {
+        "role": "window", "focus": "button", "children": [
+          {"id": "button", "role": "push button", "focus": "self"},
+          {"id": "document", "role": "document", "focus": "self"}]}}}]}]})");
+    CacheCleaner cleaner;
+    EXPECT_TRUE(Names(desktop, Focused(desktop), "document"));
+}
+
+TEST(FocusedElement, DocumentIsLookedForThreeLevelsDeep) {
+    for (const bool tooDeep : {false, true}) {
+        const std::string document = R"({"id": "document", "role": "document", "focus": "self"})";
+        DesktopFixture desktop(R"({"processes": [{"id": 1000, "path": "C:\\mail.exe", "current": true}],
+          "windows": [{"id": "main", "class": "Chrome_WidgetWin_1", "objects": {"window": {"role": "window", "focus": "button",
+            "children": [{"id": "button", "role": "push button", "focus": "self"}, {"role": "pane", "children": [
+              {"role": "pane", "children": [)" + (tooDeep ? R"({"role": "pane", "children": [)" + document + "]}" : document) + "]}]}]}}}]}");
+        CacheCleaner cleaner;
+        EXPECT_TRUE(Names(desktop, Focused(desktop), tooDeep ? "button" : "document")) << tooDeep;
+    }
+}
+
+TEST(FocusedElement, WindowWithoutAnObjectGivesZero) {
+    DesktopFixture desktop(Desktop("Main", "app.exe", "pane"));
+    LogCapture log;
+    for (const bool isNull : {false, true}) {
+        log.Clear();
+        if (isNull) desktop.AddFault("main", {.call = "AccessibleObjectFromWindow", .at = 2, .null = true});
+        else desktop.AddFault("main", {.call = "AccessibleObjectFromWindow", .times = 1, .result = E_FAIL});
+        EXPECT_EQ(Focused(desktop), AAObjectIdentifier{});
+        EXPECT_TRUE(log.Contains("GetFocusedElementImpl: cannot get AA from hwnd "));
+    }
+}
+
 TEST(FocusedElement, BrowserItselfIsAskedThroughItsWindow) {
     for (const char* process : {"chrome.exe", "Brave.exe", "MSEDGE.EXE", "vivaldi.exe"}) {
         DesktopFixture desktop(Desktop("Chrome_WidgetWin_1", process, "pane"));

@@ -10,9 +10,9 @@
 #include "Common/include/ComException.h"
 #include "InProc/Vantrel/AAContainerCache.h"
 #include "Platform/Simulated/System.h"
-#include "RuntimeCore/Selectors/Values/SelectorTags.h"
 #include "tests/Support/Call.h"
 #include "tests/Support/DesktopFixture.h"
+#include "tests/Support/FilledRequest.h"
 
 namespace Zorvex::Testing {
 namespace {
@@ -54,37 +54,16 @@ RequestBuffer WithLength(RequestBuffer bytes) {
     return bytes;
 }
 
-// A request with something in every field.
-template <class Request>
-Request Filled(const AAObjectIdentifier& element, HWND window) {
-    Request request;
-    const auto fill = [&](const char*, auto& field) {
-        using Field = std::remove_reference_t<decltype(field)>;
-        if constexpr (std::is_same_v<Field, AAObjectIdentifier>) field = element;
-        else if constexpr (std::is_same_v<Field, std::vector<AAObjectIdentifier>>) field = {element, element};
-        else if constexpr (std::is_same_v<Field, HWND>) field = window;
-        else if constexpr (std::is_same_v<Field, CString>) field = L"name";
-        else if constexpr (std::is_same_v<Field, POINT>) field = {2, 2};
-        else if constexpr (std::is_same_v<Field, std::shared_ptr<StringValue>>) field = std::make_shared<StringValue>(L"M*");
-        else if constexpr (std::is_same_v<Field, std::vector<Search::SelectorEntry>>) {
-            auto tag = std::make_shared<AaTag>();
-            tag->SetAttribute(L"name", std::make_shared<StringValue>(L"OK", 3u, 0.5));
-            field.emplace_back();
-            field.back().tags = {tag, tag};
-        } else if constexpr (std::is_same_v<Field, std::uint32_t> || std::is_same_v<Field, std::int32_t>) field = 3;
-    };
-    Request::Fields(request, fill);
-    return request;
-}
-
 std::vector<RequestBuffer> OneOfEachKind(DesktopFixture& desktop) {
     const AAObjectIdentifier element = AAContainerCache::Instance().RegisterObject(
         {kClientPid, desktop.Window("main")}, AAElement{desktop.Window("main"), desktop.Element("ok"), desktop.Child("ok")});
+    RequestContents contents;
+    contents.element = element;
+    contents.window = desktop.Window("main");
     std::vector<RequestBuffer> requests;
     for (std::uint32_t id = 0; id < kRequestCount; ++id)
-        WithRequestType(static_cast<RequestId>(id), [&]<class Request>() {
-            requests.push_back(EncodeRequest(Filled<Request>(element, desktop.Window("main"))));
-        });
+        WithRequestType(static_cast<RequestId>(id),
+                        [&]<class Request>() { requests.push_back(EncodeRequest(FilledRequest<Request>(contents))); });
     return requests;
 }
 

@@ -6,12 +6,23 @@
 namespace Zorvex {
 
 namespace {
-INIT_ONCE g_comOnce{};
-}
 
-void InitCOM() {
+INIT_ONCE g_comOnce{};
+
+// Other threads wait until the work is declared done, so an exception must not pass this by.
+struct Completion {
+    INIT_ONCE& once;
+    ~Completion() { ::InitOnceComplete(&once, 0, nullptr); }
+};
+
+}  // namespace
+
+void InitCOM() { InitCOM(g_comOnce); }
+
+void InitCOM(INIT_ONCE& once) {
     BOOL pending = FALSE;
-    if (!::InitOnceBeginInitialize(&g_comOnce, 0, &pending, nullptr) || !pending) return;
+    if (!::InitOnceBeginInitialize(&once, 0, &pending, nullptr) || !pending) return;
+    const Completion completion{once};
     [] {
         const HRESULT result = ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
         if (FAILED(result)) {
@@ -22,7 +33,6 @@ void InitCOM() {
         // The thread was initialised already: the extra count goes back at once.
         if (result == S_FALSE) ::CoUninitialize();
     }();
-    ::InitOnceComplete(&g_comOnce, 0, nullptr);
 }
 
 }  // namespace Zorvex

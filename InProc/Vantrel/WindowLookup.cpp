@@ -2,7 +2,9 @@
 
 #include <exception>
 #include <ios>
+#include <utility>
 
+#include "Common/UTILITY/AAObjectWrapper.h"
 #include "Common/include/CComPtr.h"
 #include "Common/include/Log.h"
 #include "RuntimeCore/AAUtilitiesName.h"
@@ -41,18 +43,16 @@ BOOL CALLBACK VisitWindow(HWND window, LPARAM parameter) {
     }
 }
 
-bool IsRole(IAccessible* object, LONG role) {
+bool IsRole(const AAObjectWrapper& element, LONG role) {
     CComVariant actual;
-    return object->get_accRole(CComVariant(CHILDID_SELF), &actual) == S_OK && actual.vt == VT_I4 && actual.lVal == role;
+    return element.container->get_accRole(element.childId, &actual) == S_OK && actual.vt == VT_I4 && actual.lVal == role;
 }
 
-CComPtr<IAccessible> FirstChild(IAccessible* object) {
+// An object of its own or a simple child; invalid if there is none.
+AAObjectWrapper FirstChild(IAccessible* object) {
     CComVariant child;
-    CComPtr<IAccessible> result;
-    if (FAILED(object->accNavigate(NAVDIR_FIRSTCHILD, CComVariant(CHILDID_SELF), &child))) return nullptr;
-    if (child.vt == VT_DISPATCH && child.pdispVal)
-        child.pdispVal->QueryInterface(IidOf<IAccessible>(), reinterpret_cast<void**>(&result));
-    return result;
+    if (FAILED(object->accNavigate(NAVDIR_FIRSTCHILD, CComVariant(CHILDID_SELF), &child))) return {};
+    return AAObjectWrapper::FromChild(object, std::move(child));
 }
 
 }  // namespace
@@ -86,13 +86,14 @@ AnswerResponse ShouldAddTitleToWndSelectorImpl(const ShouldAddTitleToWndSelector
         LogError("AccessibleObjectFromWindow succeeded, but the returned AA object is NULL, should add the WND TITLE");
         return {true};
     }
-    if (IsRole(object, ROLE_SYSTEM_TEXT)) {
+    const AAObjectWrapper element(object, CComVariant(CHILDID_SELF));
+    if (IsRole(element, ROLE_SYSTEM_TEXT)) {
         LogInfo("ROLE_SYSTEM_TEXT encountered, return false - should NOT add the WND TITLE");
         return {false};
     }
-    if (IsRole(object, ROLE_SYSTEM_WINDOW)) {
-        const CComPtr<IAccessible> child = FirstChild(object);
-        if (child && IsRole(child, ROLE_SYSTEM_TEXT)) {
+    if (IsRole(element, ROLE_SYSTEM_WINDOW)) {
+        const AAObjectWrapper child = FirstChild(object);
+        if (child.IsValid() && IsRole(child, ROLE_SYSTEM_TEXT)) {
             LogInfo("ROLE_SYSTEM_TEXT encountered on the first AA child, return false - should NOT add the WND TITLE");
             return {false};
         }

@@ -17,6 +17,8 @@ constexpr char kDesktop[] = R"({"windows": [{"id": "main", "class": "Main", "chi
   {"id": "edit", "class": "Edit", "objects": {"window": {"id": "editRoot", "role": "editable text"}}},
   {"id": "framedEdit", "class": "Edit", "objects": {"window": {"id": "frame", "role": "window", "children": [
       {"id": "framed", "role": "editable text"}]}}},
+  {"id": "simpleEdit", "class": "Edit", "objects": {"window": {"role": "window", "children": [
+      {"role": "editable text", "simple": true}]}}},
   {"id": "dialog", "class": "#32770", "objects": {"window": {"id": "dialogRoot", "role": "window", "children": [
       {"role": "push button"}]}}}]})";
 
@@ -79,6 +81,33 @@ TEST_F(WindowLookupTest, TitleOfAnEditIsLeftOut) {
 TEST_F(WindowLookupTest, TitleOfAFrameAroundAnEditIsLeftOut) {
     EXPECT_FALSE(ShouldAddTitle(desktop.Window("framedEdit")));
     EXPECT_TRUE(log.Contains("ROLE_SYSTEM_TEXT encountered on the first AA child, return false - should NOT add the WND TITLE"));
+}
+
+TEST_F(WindowLookupTest, TitleOfAFrameAroundASimpleEditIsLeftOutToo) {
+    EXPECT_FALSE(ShouldAddTitle(desktop.Window("simpleEdit")));
+}
+
+TEST_F(WindowLookupTest, TitleOfAFrameWithoutAFirstChildIsAdded) {
+    desktop.AddFault("frame", {.call = "accNavigate", .times = 1, .result = E_NOTIMPL});
+    EXPECT_TRUE(ShouldAddTitle(desktop.Window("framedEdit")));
+    desktop.AddFault("frame", {.call = "accNavigate", .type = VT_DISPATCH});
+    EXPECT_TRUE(ShouldAddTitle(desktop.Window("framedEdit"))) << "an object that is null";
+}
+
+TEST_F(WindowLookupTest, TitleIsAddedWhenTheObjectIsNullDespiteSuccess) {
+    desktop.AddFault("edit", {.call = "AccessibleObjectFromWindow", .null = true});
+    EXPECT_TRUE(ShouldAddTitle(desktop.Window("edit")));
+    EXPECT_TRUE(log.Contains("AccessibleObjectFromWindow succeeded, but the returned AA object is NULL, should add the WND TITLE"));
+}
+
+TEST_F(WindowLookupTest, ClassThatCannotBeReadDoesNotLeaveTheWindowOut) {
+    desktop.AddFault("saveLabel", {.call = "GetClassName", .result = E_FAIL});
+    EXPECT_EQ(Windows(L"Save*", std::make_shared<StringValue>(L"Button")), Named({"save", "saveLabel", "deep"}));
+}
+
+TEST_F(WindowLookupTest, ExceptionOfAServerDoesNotCrossTheEnumeration) {
+    desktop.AddFault("saveRoot", {.call = "get_accName", .raise = true});
+    EXPECT_THROW(Windows(L"Save*", nullptr), Simulated::ServerFailure);
 }
 
 TEST_F(WindowLookupTest, TitleOfAnyOtherWindowIsAdded) {

@@ -85,6 +85,8 @@ std::size_t PeakHeapBytes();
 void ResetHeapPeak();
 // Lets the `nth` allocation of the kind from now fail, counting from 1; later ones work again. 0 disarms.
 void FailAllocation(Allocation kind, unsigned nth);
+// The next HeapFree frees nothing and answers FALSE with this last error. 0 disarms.
+void FailNextHeapFree(DWORD error);
 
 // COM.
 struct CoInitializeCall {

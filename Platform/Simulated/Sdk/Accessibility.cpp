@@ -12,8 +12,9 @@ using namespace Simulated;
 
 namespace {
 
-// The object of a window's part, with a reference for the caller. The call is counted on the window.
-HRESULT RootObject(HWND handle, DWORD objectId, Call call, AccessibleElement** object) {
+// The object of a window's part, with a reference for the caller. The call is counted on the window. A variant type
+// that the fault plan wants in the answer goes to `type`.
+HRESULT RootObject(HWND handle, DWORD objectId, Call call, AccessibleElement** object, std::optional<VARTYPE>* type = nullptr) {
     *object = nullptr;
     const auto desktop = CurrentDesktop();
     if (!desktop) return E_FAIL;
@@ -25,6 +26,7 @@ HRESULT RootObject(HWND handle, DWORD objectId, Call call, AccessibleElement** o
     if (fault && fault->raise) throw ServerFailure();
     if (fault && fault->null) return fault->result.value_or(S_OK);
     if (fault && fault->result) return *fault->result;
+    if (fault && type) *type = fault->type;
     if (window->destroyed) return E_FAIL;
     *object = desktop->ObjectOf(desktop->RootOf(*window, static_cast<LONG>(objectId)));
     return *object ? S_OK : E_FAIL;
@@ -59,8 +61,14 @@ HRESULT AccessibleObjectFromEvent(HWND window, DWORD objectId, DWORD childId, IA
     *object = nullptr;
     VariantInit(child);
     AccessibleElement* root = nullptr;
-    const HRESULT result = RootObject(window, objectId, Call::AccessibleObjectFromEvent, &root);
+    std::optional<VARTYPE> wrongType;
+    const HRESULT result = RootObject(window, objectId, Call::AccessibleObjectFromEvent, &root, &wrongType);
     if (!root) return result;
+    if (wrongType) {
+        *object = root;
+        PutWrongType(child, *wrongType);
+        return S_OK;
+    }
     VARIANT place;
     VariantInit(&place);
     PutNumber(&place, static_cast<LONG>(childId));

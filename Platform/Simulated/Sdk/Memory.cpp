@@ -14,6 +14,7 @@ constexpr std::size_t HeaderSize = 16;
 
 std::atomic<int> g_blocks[KindCount];
 std::atomic<unsigned> g_untilFailure[KindCount];
+std::atomic<DWORD> g_freeError{0};
 std::atomic<std::size_t> g_heapBytes{0};
 std::atomic<std::size_t> g_heapPeak{0};
 
@@ -47,12 +48,14 @@ bool AllocationFails(Allocation kind) {
 void CountBlock(Allocation kind, int change) { g_blocks[static_cast<std::size_t>(kind)] += change; }
 void DisarmAllocationFailures() {
     for (auto& left : g_untilFailure) left = 0;
+    g_freeError = 0;
 }
 
 int OutstandingBlocks(Allocation kind) { return g_blocks[static_cast<std::size_t>(kind)]; }
 std::size_t OutstandingHeapBytes() { return g_heapBytes; }
 std::size_t PeakHeapBytes() { return g_heapPeak; }
 void ResetHeapPeak() { g_heapPeak = g_heapBytes.load(); }
+void FailNextHeapFree(DWORD error) { g_freeError = error; }
 void FailAllocation(Allocation kind, unsigned nth) { g_untilFailure[static_cast<std::size_t>(kind)] = nth; }
 
 }  // namespace Simulated
@@ -76,6 +79,10 @@ void* HeapAlloc(HANDLE heap, DWORD flags, SIZE_T size) {
 BOOL HeapFree(HANDLE heap, DWORD, void* block) {
     if (heap != GetProcessHeap()) {
         SetLastError(ERROR_INVALID_HANDLE);
+        return FALSE;
+    }
+    if (const DWORD error = g_freeError.exchange(0)) {
+        SetLastError(error);
         return FALSE;
     }
     if (block) g_heapBytes -= FreeBlock(Allocation::Heap, block);
