@@ -156,6 +156,9 @@ BOOL CompareParents(IAccessible& acc1, IAccessible& acc2) {
         return FALSE;
     }
     LogVerbose("CompareAAObjects: returning Compare(parents)");
+    // Here too a failing read counts as the empty value, whatever the server left behind.
+    if (FAILED(result1)) parent1.Release();
+    if (FAILED(result2)) parent2.Release();
     CComPtr<IAccessible> parentAcc1, parentAcc2;
     parent1.QueryInterface(parentAcc1);
     parent2.QueryInterface(parentAcc2);

@@ -238,7 +238,17 @@ TEST(CompareAAObjects, TheSameFailureOnBothSidesIsAgreementWhateverWasLeftBehind
     pair.second.name = L"left behind";
     pair.second.value = L"left behind";
     pair.second.left = 99;
+    pair.second.AddSimpleChild(1);
     EXPECT_TRUE(pair.Compare());
+}
+
+TEST(CompareAAObjects, ParentsLeftBehindByTheSameFailureAreNoParents) {
+    Pair pair;
+    pair.first.parentResult = pair.second.parentResult = E_FAIL;
+    pair.first.parent = &pair.objects.Add(ROLE_SYSTEM_CLIENT, L"one");
+    pair.second.parent = &pair.objects.Add(ROLE_SYSTEM_CLIENT, L"two");
+    EXPECT_TRUE(pair.Compare(TRUE));
+    EXPECT_NE(pair.LastMessage().find("CompareAAObjects: NULL objects, return TRUE"), std::string::npos) << pair.LastMessage();
 }
 
 TEST(CompareAAObjects, ANullStringAndAnEmptyOneAreEqual) {

@@ -52,7 +52,7 @@ public:
     FakeAccessible& operator=(const FakeAccessible&) = delete;
     virtual ~FakeAccessible() = default;
 
-    // Answers. A result that isn't S_OK goes back together with the value.
+    // Answers. A result that isn't S_OK goes back together with the value, a failure too.
     CComVariant role;
     HRESULT roleResult = S_OK;
     CComVariant state{0};
@@ -154,7 +154,7 @@ public:
 
     HRESULT STDMETHODCALLTYPE get_accParent(IDispatch** out) override {
         *out = nullptr;
-        if (const HRESULT result = Enter(parentResult); FAILED(result)) return result;
+        if (const HRESULT result = Enter(parentResult); result != parentResult) return result;
         if (parent && !m_null) {
             *out = static_cast<IDispatch*>(static_cast<IAccessible*>(parent));
             parent->AddRef();
@@ -296,12 +296,12 @@ private:
     HRESULT Text(HRESULT result, const std::wstring& text, BSTR* out) {
         *out = nullptr;
         const HRESULT entered = Enter(result);
-        if (SUCCEEDED(entered) && !m_null) *out = ::SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+        if (entered == result && !m_null) *out = ::SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
         return entered;
     }
     HRESULT Variant(HRESULT result, CComVariant& answer, VARIANT* out) {
         const HRESULT entered = Enter(result);
-        if (SUCCEEDED(entered) && !m_null) ::VariantCopy(out, &Plain(answer));
+        if (entered == result && !m_null) ::VariantCopy(out, &Plain(answer));
         return entered;
     }
     VARIANT& Child(std::size_t index) { return Plain(children[index]); }
