@@ -1,0 +1,138 @@
+// A desktop file as a system of windows. The server runs in this very process, on the desktop that is installed.
+#include <atomic>
+#include <iostream>
+
+#include "Common/include/ArchiveException.h"
+#include "Common/include/HeapAllocator.h"
+#include "Common/include/UtfConversion.h"
+#include "Controller/CommandLine/CommandFailure.h"
+#include "Controller/CommandLine/SystemChoice.h"
+#include "Platform/Simulated/DesktopFile.h"
+#include "Platform/Simulated/InstalledDesktop.h"
+#include "Platform/Simulated/System.h"
+
+// The server's export; the controller knows no more of it.
+extern "C" void ExecuteAa(const Zorvex::RequestBuffer* inBuffer, Zorvex::RequestBuffer* outBuffer);
+
+namespace Zorvex::Controller {
+
+namespace {
+
+using Loader::LoadFailure;
+using Loader::LoadProblem;
+
+class DesktopTarget final : public Loader::ITarget {
+public:
+    explicit DesktopTarget(Loader::LoaderOptions options) : m_options(std::move(options)) {}
+
+    Loader::LoadResult<Loader::Answer> Execute(std::span<const std::uint8_t> request, std::chrono::milliseconds) override {
+        RequestBuffer in, out;
+        in.append(request.data(), request.size());
+        try {
+            ExecuteAa(&in, &out);
+        } catch (const ArchiveException& exception) {
+            return LoadFailure{LoadProblem::ServerException, exception.Text()};
+        } catch (const std::exception& exception) {
+            return LoadFailure{LoadProblem::ServerException, exception.what()};
+        }
+        if (out.empty()) return LoadFailure{LoadProblem::NoResponse, "the server couldn't read the request, or doesn't answer its kind"};
+        Loader::Answer answer;
+        answer.response.assign(out.data(), out.data() + out.size());
+        return answer;
+    }
+    Loader::LoadResult<bool> ServerStays(std::chrono::milliseconds) override { return false; }
+    std::optional<LoadFailure> Unload(std::chrono::milliseconds) override { return std::nullopt; }
+    const Loader::LoaderOptions& Options() const override { return m_options; }
+    void SetAfterRequest(Loader::AfterRequest afterRequest) override { m_options.afterRequest = afterRequest; }
+
+private:
+    Loader::LoaderOptions m_options;
+};
+
+class DesktopSystem final : public Loader::ILoaderSystem {
+public:
+    explicit DesktopSystem(std::shared_ptr<Simulated::Desktop> desktop) : m_installed(std::move(desktop)) {}
+
+    std::vector<Loader::WindowInfo> TopLevelWindows(Loader::WindowFilter filter) override {
+        std::vector<HWND> handles;
+        ::EnumWindows([](HWND window, LPARAM list) -> BOOL {
+            reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+            return TRUE;
+        }, reinterpret_cast<LPARAM>(&handles));
+        std::vector<Loader::WindowInfo> windows;
+        for (const HWND handle : handles) {
+            auto info = Describe(handle);
+            if (info && (info->visible || filter == Loader::WindowFilter::All)) windows.push_back(std::move(*info));
+        }
+        return windows;
+    }
+
+    Loader::LoadResult<Loader::WindowInfo> Describe(HWND window) override {
+        if (!::IsWindow(window)) return LoadFailure{LoadProblem::NoSuchWindow, "the handle names no window"};
+        Loader::WindowInfo info;
+        info.window = window;
+        info.threadId = ::GetWindowThreadProcessId(window, &info.processId);
+        wchar_t text[1024] = {};
+        info.title.assign(text, static_cast<std::size_t>(::GetWindowTextW(window, text, 1024)));
+        info.windowClass.assign(text, static_cast<std::size_t>(::GetClassNameW(window, text, 1024)));
+        ::GetWindowRect(window, &info.rectangle);
+        info.visible = ::IsWindowVisible(window);
+        info.bitness = Loader::OwnBitness();
+        return info;
+    }
+
+    bool ProcessExists(DWORD processId) override {
+        for (const auto& window : TopLevelWindows(Loader::WindowFilter::All))
+            if (window.processId == processId) return true;
+        return false;
+    }
+
+    Loader::LoadResult<Loader::WindowInfo> Launch(const std::wstring&, std::chrono::milliseconds, std::stop_token) override {
+        return LoadFailure{LoadProblem::LaunchFailed, "a desktop file has its windows already"};
+    }
+
+    Loader::LoadResult<std::unique_ptr<Loader::ITarget>> Open(HWND window, const Loader::LoaderOptions& options) override {
+        if (!::IsWindow(window)) return LoadFailure{LoadProblem::NoSuchWindow, "the handle names no window"};
+        return std::unique_ptr<Loader::ITarget>(std::make_unique<DesktopTarget>(options));
+    }
+
+private:
+    Simulated::InstalledDesktop m_installed;
+};
+
+class DesktopLogWatch final : public LogWatch {
+public:
+    DesktopLogWatch(const std::wstring& level, std::function<void(const std::string&)> show) : m_show(std::move(show)) {
+        Simulated::SetUserEnvironment(L"ZORVEX_LOG_LEVEL", level);
+        Simulated::ClearDebugOutput();
+    }
+    ~DesktopLogWatch() override {
+        for (std::string line : Simulated::DebugOutput()) {
+            while (!line.empty() && (line.back() == '\n' || line.back() == '\r')) line.pop_back();
+            m_show(line);
+        }
+        Simulated::RemoveUserEnvironment(L"ZORVEX_LOG_LEVEL");
+    }
+
+private:
+    std::function<void(const std::string&)> m_show;
+};
+
+}  // namespace
+
+std::unique_ptr<Loader::ILoaderSystem> OpenDesktopFile(const std::wstring& path) {
+    const std::string text = ReadWholeFile(path);
+    try {
+        return std::make_unique<DesktopSystem>(Simulated::ReadDesktop(text));
+    } catch (const Simulated::DesktopFileError& error) {
+        throw CommandFailure(ExitCode::TargetProblem, NarrowText(path) + ": " + error.what());
+    }
+}
+
+std::uint32_t OwnClientNumber() { return ::GetCurrentProcessId(); }
+
+std::unique_ptr<LogWatch> WatchLog(const std::wstring& level, std::function<void(const std::string&)> show) {
+    return std::make_unique<DesktopLogWatch>(level, std::move(show));
+}
+
+}  // namespace Zorvex::Controller
