@@ -69,5 +69,17 @@ TEST_F(FindByRole, OfAWindowWithoutAnObjectIsLogged) {
     EXPECT_TRUE(log.Contains("[FindElementWithRole] Accessible from window failed, hRes=0x0")) << log.Text();
 }
 
+TEST(FindByRoleInACycle, EndsAtTheBoundWithoutAResult) {
+    // Each round through the cycle offers many simple elements for one list of children.
+    std::string children;
+    for (int i = 0; i < 2000; ++i) children += R"({ "role": "link", "simple": true },)";
+    DesktopFixture desktop(R"({ "format": "vantrel-desktop/1", "windows": [ { "id": "main", "class": "Frame", "objects": {
+      "window": { "id": "frame", "role": "window", "children": [ { "id": "a", "role": "pane", "children": [)" + children + R"({ "element": "a" }] } ] } } } ] })");
+    LogCapture log;
+    EXPECT_FALSE(FindElementWithRole(desktop.Window("main"), ROLE_SYSTEM_DOCUMENT, -1).IsValid());
+    EXPECT_TRUE(log.Contains("[FindElementWithRole] Element not found; iteratedNodes: 1000001")) << log.Text();
+    EXPECT_EQ(desktop.OutstandingReferences(), 0);
+}
+
 }  // namespace
 }  // namespace Zorvex::AAUtil

@@ -35,10 +35,8 @@ public:
         m_steadyTime += StatePollInterval;
         return false;
     }
-    void LogSteady() const {
-        LogVerbose("element location is steady for %d ms at lt(%d, %d) br(%d, %d)", m_steadyTime, m_kept.left, m_kept.top,
-                   m_kept.right, m_kept.bottom);
-    }
+    const RECT& Kept() const { return m_kept; }
+    DWORD SteadyTime() const { return m_steadyTime; }
 
 private:
     RECT m_kept{};
@@ -75,7 +73,9 @@ HRESULT WaitForState(IAccessible* pAA, const VARIANT& varChild, LONG lStateOn, L
             result = GetAALocation(pAA, varChild, rcLocCrt);
             if (FAILED(result)) return CallFailed("GetAALocation(pAA, varChild, rcLocCrt)", result, "AA Object GetLocation failed");
             if (steady.Observe(rcLocCrt)) {
-                steady.LogSteady();
+                const RECT& kept = steady.Kept();
+                LogVerbose("element location is steady for %d ms at lt(%d, %d) br(%d, %d)", steady.SteadyTime(), kept.left, kept.top,
+                           kept.right, kept.bottom);
                 break;
             }
         }

@@ -69,7 +69,7 @@ TEST_F(WaitForStateTest, OnAStillElementEndsWithTheFourthEqualLocation) {
     EXPECT_EQ(Wait(0, STATE_SYSTEM_OFFSCREEN), S_OK);
     EXPECT_EQ(slept, 300u);
     EXPECT_EQ(element->calls["accLocation"], 4);
-    EXPECT_TRUE(log.Contains("element location is steady for 300 ms at lt(1, 2) br(4, 6)")) << log.Text();
+    EXPECT_TRUE(log.Contains("V [WaitForState] element location is steady for 300 ms at lt(1, 2) br(4, 6)")) << log.Text();
     EXPECT_TRUE(log.Contains("element reached expected state after 300 ms")) << log.Text();
 }
 
@@ -116,7 +116,7 @@ TEST_F(WaitForStateTest, OfNoElementIsAnInvalidArgument) {
 }
 
 // The element's own window procedure runs on the waiting thread: without the pump nothing would ever change.
-DesktopFixture DesktopThatExpandsByMessage(UINT message) {
+DesktopFixture DesktopThatExpandsByMessage(UINT message, bool quitFirst = false) {
     Simulated::DesktopModel model;
     auto window = std::make_shared<Simulated::Window>();
     window->id = "main";
@@ -134,6 +134,13 @@ DesktopFixture DesktopThatExpandsByMessage(UINT message) {
     change.window = "main";
     change.message = message;
     change.actions = {expand};
+    if (quitFirst) {
+        Simulated::ScheduledChange quit;
+        quit.after = change.after;
+        quit.window = "main";
+        quit.message = WM_QUIT;
+        model.schedule.push_back(quit);
+    }
     model.schedule.push_back(change);
     return DesktopFixture(Simulated::Desktop::Build(std::move(model)));
 }
@@ -152,6 +159,15 @@ TEST(WaitForStatePump, TakesARequestToQuitWithoutDispatchingIt) {
     EXPECT_EQ(WaitForState(desktop.Element("tree"), Self, STATE_SYSTEM_EXPANDED, 0, reached), S_FALSE);
     MSG message{};
     EXPECT_FALSE(::PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE));
+}
+
+TEST(WaitForStatePump, ARequestToQuitEndsTheRoundAndTheNextOneGoesOn) {
+    LogCapture log;
+    DesktopFixture desktop = DesktopThatExpandsByMessage(WM_USER, true);
+    bool reached = false;
+    EXPECT_EQ(WaitForState(desktop.Element("tree"), Self, STATE_SYSTEM_EXPANDED, 0, reached), S_OK);
+    // Both are there at 300 ms; what stands behind the request to quit is dispatched a round later.
+    EXPECT_TRUE(log.Contains("element reached expected state after 400 ms")) << log.Text();
 }
 
 }  // namespace

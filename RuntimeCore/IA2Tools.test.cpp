@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cwctype>
+
 #include "RuntimeCore/IA2ToolsAttributes.h"
 #include "RuntimeCore/IA2ToolsHtml.h"
 #include "RuntimeCore/IA2ToolsText.h"
@@ -141,6 +143,10 @@ std::wstring Pairs(std::wstring_view text) {
 }
 
 TEST_F(IA2Attributes, NamesAndValuesAreInLowerCase) { EXPECT_EQ(Pairs(L"class:Foo;tag:DIV;"), L"class=foo|tag=div|"); }
+
+TEST_F(IA2Attributes, LowerCaseIsThatOfEveryLanguage) {
+    EXPECT_EQ(Pairs(L"\x00DC" L"BER:\x0416\x0391;"), L"\x00FC" L"ber=\x0436\x03B1|");
+}
 
 TEST_F(IA2Attributes, AValueThatHoldsAColonStaysWhole) { EXPECT_EQ(Pairs(L"a:b:c;"), L"a=b:c|"); }
 

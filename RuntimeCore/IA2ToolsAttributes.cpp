@@ -1,13 +1,12 @@
 #include "RuntimeCore/IA2ToolsAttributes.h"
 
 #include <algorithm>
-#include <cwctype>
-#include <iterator>
 
 #include "Common/include/CComBSTR.h"
 #include "Common/include/CComPtr.h"
 #include "Common/include/Log.h"
 #include "RuntimeCore/IA2Tools.h"
+#include "RuntimeCore/Selectors/ValueMatcher/LowerCase.h"
 
 namespace Zorvex::IA2Tools {
 
@@ -15,7 +14,7 @@ namespace {
 
 CString ToLower(std::wstring_view text) {
     CString lower(text);
-    std::ranges::transform(lower, lower.begin(), [](wchar_t unit) { return static_cast<wchar_t>(std::towlower(static_cast<std::wint_t>(unit))); });
+    for (wchar_t& unit : lower) unit = Zorvex::ToLower(unit);
     return lower;
 }
 

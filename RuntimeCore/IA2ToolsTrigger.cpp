@@ -15,6 +15,9 @@ namespace {
 constexpr int ContentDepth = 2;          // levels from the client object to the widget's content
 constexpr LONG DocumentSearchDepth = 100;
 
+// Under this name the lines of its steps stand as well.
+constexpr char Operation[] = "TriggerAccChromium";
+
 HRESULT FailureOrEFail(HRESULT result) { return FAILED(result) ? result : E_FAIL; }
 
 LONG NumberIn(const VARIANT& value) { return value.vt == VT_I4 ? value.lVal : 0; }
@@ -26,8 +29,10 @@ HRESULT GetWidgetContent(IAccessible* client, CComPtr<IAccessible>& content) {
         CComVariant child;
         const HRESULT result = AAObjectWrapper::GetChildAtIndex(current, 0, &child);
         if (FAILED(result) || child.vt != VT_DISPATCH) {
-            LogError("IA2Tools::TriggerAccChromium Cannot get level-%d child of Chromium Widget, hResult=0x%x, variantType=0x%x", level,
-                     result, child.vt);
+            LogError(LocatedFormat<char>(
+                         "IA2Tools::TriggerAccChromium Cannot get level-%d child of Chromium Widget, hResult=0x%x, variantType=0x%x",
+                         __builtin_FILE(), Operation),
+                     level, result, child.vt);
             return FailureOrEFail(result);
         }
         CComPtr<IAccessible> next;
@@ -35,7 +40,7 @@ HRESULT GetWidgetContent(IAccessible* client, CComPtr<IAccessible>& content) {
         current = std::move(next);
     }
     if (!current) {
-        LogError("IA2Tools::TriggerAccChromium Cannot get IAccessible of Chromium Widget content");
+        LogError(LocatedFormat<char>("IA2Tools::TriggerAccChromium Cannot get IAccessible of Chromium Widget content", __builtin_FILE(), Operation));
         return E_FAIL;
     }
     content = std::move(current);

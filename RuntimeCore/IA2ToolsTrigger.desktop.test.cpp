@@ -78,7 +78,7 @@ TEST_F(ChromiumTrigger, EndsWithARefusingClient) {
 TEST_F(ChromiumTrigger, EndsWhereAFirstChildIsMissing) {
     desktop.RemoveElement("content");
     EXPECT_EQ(Trigger(), E_FAIL);
-    EXPECT_TRUE(log.Contains("IA2Tools::TriggerAccChromium Cannot get level-1 child of Chromium Widget, hResult=0x80004005, variantType=0x0")) << log.Text();
+    EXPECT_TRUE(log.Contains("E [TriggerAccChromium] IA2Tools::TriggerAccChromium Cannot get level-1 child of Chromium Widget, hResult=0x80004005, variantType=0x0")) << log.Text();
     desktop.RemoveElement("first");
     EXPECT_EQ(Trigger(), E_FAIL);
     EXPECT_TRUE(log.Contains("IA2Tools::TriggerAccChromium Cannot get level-0 child of Chromium Widget")) << log.Text();
@@ -91,7 +91,7 @@ TEST_F(ChromiumTrigger, EndsWhereAFirstChildIsNoAccessibleObject) {
     fault.result = E_NOINTERFACE;
     desktop.AddFault("content", fault);
     EXPECT_EQ(Trigger(), E_FAIL);
-    EXPECT_TRUE(log.Contains("IA2Tools::TriggerAccChromium Cannot get IAccessible of Chromium Widget content")) << log.Text();
+    EXPECT_TRUE(log.Contains("E [TriggerAccChromium] IA2Tools::TriggerAccChromium Cannot get IAccessible of Chromium Widget content")) << log.Text();
 }
 
 TEST_F(ChromiumTrigger, GoesOnToTheDocumentPastARefusingContent) {

@@ -23,16 +23,6 @@ constexpr const wchar_t* Texts[LastRoleWithText] = {
 
 constexpr UINT PlatformTextCapacity = 260;
 
-CString PlatformRoleText(LONG role) {
-    const std::unique_ptr<wchar_t[]> psTemp(new (std::nothrow) wchar_t[PlatformTextCapacity]());
-    if (!psTemp) {
-        LogError("psTemp is NULL in GetRoleAsText");
-        return {};
-    }
-    ::GetRoleTextW(static_cast<DWORD>(role), psTemp.get(), PlatformTextCapacity);
-    return psTemp.get();
-}
-
 }  // namespace
 
 CString GetRoleAsText(LONG role) {
@@ -43,7 +33,13 @@ CString GetRoleAsText(LONG role) {
     // A negative role is a huge one to the platform.
     if (role < 0 || role > LastRoleWithText) {
         LogError("%d exceeded %d use GetRoleText", role, LastRoleWithText);
-        return PlatformRoleText(role);
+        const std::unique_ptr<wchar_t[]> psTemp(new (std::nothrow) wchar_t[PlatformTextCapacity]());
+        if (!psTemp) {
+            LogError("psTemp is NULL in GetRoleAsText");
+            return {};
+        }
+        ::GetRoleTextW(static_cast<DWORD>(role), psTemp.get(), PlatformTextCapacity);
+        return psTemp.get();
     }
     return Texts[role - 1];
 }

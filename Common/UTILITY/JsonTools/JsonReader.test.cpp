@@ -185,7 +185,7 @@ TEST(JsonReader, SuccessLeavesNoError) {
 TEST(ParseJsonFromString, ReaderFailureIsLoggedWithCodeMessageLineAndColumn) {
     Testing::LogCapture log;
     EXPECT_EQ(ParseJsonFromString(L"{a:1}"), nullptr);
-    EXPECT_TRUE(log.Contains("ParseJsonFromString: JSONReader::ReadAndReturnError failed, error 8 'Line: 1, column: 2, Dictionary keys must be "
+    EXPECT_TRUE(log.Contains("E [ParseJsonFromString] ParseJsonFromString: JSONReader::ReadAndReturnError failed, error 8 'Line: 1, column: 2, Dictionary keys must be "
                              "quoted.', line 1, column 2"))
         << log.Text();
     EXPECT_TRUE(log.Lines().at(0).starts_with("E ")) << log.Text();
@@ -196,7 +196,7 @@ TEST(ParseJsonFromString, UnpairedSurrogateIsAConversionFailure) {
     const std::wstring text = {L'"', static_cast<wchar_t>(0xD800), L'"'};
     EXPECT_EQ(ParseJsonFromString(text), nullptr);
     EXPECT_TRUE(log.Contains("failed with last err 1113")) << log.Text();
-    EXPECT_TRUE(log.Contains("ParseJsonFromString: failed to convert JSON policy string from Unicode to UTF8")) << log.Text();
+    EXPECT_TRUE(log.Contains("E [ParseJsonFromString] ParseJsonFromString: failed to convert JSON policy string from Unicode to UTF8")) << log.Text();
 }
 
 TEST(ParseJsonFromString, NullTextIsAConversionFailure) {

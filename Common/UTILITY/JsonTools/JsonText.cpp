@@ -6,16 +6,21 @@
 namespace Zorvex {
 namespace {
 
+// The lines stand under the name of the function that both forms of text share.
+constexpr char ParseOperation[] = "ParseJsonFromString";
+
 std::unique_ptr<Value> ParseUtf8(bool converted, const std::string& text) {
     if (!converted) {
-        LogError("ParseJsonFromString: failed to convert JSON policy string from Unicode to UTF8");
+        LogError(LocatedFormat<char>("ParseJsonFromString: failed to convert JSON policy string from Unicode to UTF8", __builtin_FILE(),
+                                     ParseOperation));
         return nullptr;
     }
     JsonReadError error;
     auto value = ReadJson(text, &error);
     if (!value)
-        LogError("ParseJsonFromString: JSONReader::ReadAndReturnError failed, error %d '%s', line %d, column %d", error.code, error.message,
-                 error.line, error.column);
+        LogError(LocatedFormat<char>("ParseJsonFromString: JSONReader::ReadAndReturnError failed, error %d '%s', line %d, column %d",
+                                     __builtin_FILE(), ParseOperation),
+                 error.code, error.message, error.line, error.column);
     return value;
 }
 
