@@ -34,6 +34,13 @@ TEST(WindowKinds, TheRealClassPicksTheKind) {
     for (const auto& one : cases) EXPECT_EQ(KindOfClass(one.name), one.type) << one.name;
 }
 
+TEST(WindowKinds, TheClassBehindTheWindowsOwnCounts) {
+    DesktopFixture desktop(R"({"windows": [{"id": "list", "class": "TListView", "realClass": "SysListView32"},
+                                           {"id": "fake", "class": "SysListView32", "realClass": "TListView"}]})");
+    EXPECT_EQ(GetAASpecialType(desktop.Window("list")), AA_TYPE_LISTVIEW);
+    EXPECT_EQ(GetAASpecialType(desktop.Window("fake")), AA_TYPE_GENERIC);
+}
+
 TEST(WindowKinds, ARenderWidgetInItsFrameIsStillARenderWidget) {
     DesktopFixture desktop(R"({"windows": [{"id": "frame", "class": "Chrome_WidgetWin_1", "children": [
         {"id": "render", "class": "Chrome_RenderWidgetHostHWND"}, {"id": "drawing", "class": "Intermediate D3D Window"}]}]})");

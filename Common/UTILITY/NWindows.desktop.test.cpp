@@ -22,9 +22,10 @@ const HWND NoWindow = reinterpret_cast<HWND>(static_cast<std::uintptr_t>(0x7777)
 // One top-level window of a class.
 std::string WindowOfClass(const std::string& name) { return R"({"windows": [{"id": "w", "class": ")" + name + R"("}]})"; }
 
-using Test = std::function<bool(HWND)>;
+// Not "Test": that is another thing inside a test.
+using ClassTest = std::function<bool(HWND)>;
 
-void ExpectForClasses(const Test& test, const std::vector<std::string>& yes, const std::vector<std::string>& no) {
+void ExpectForClasses(const ClassTest& test, const std::vector<std::string>& yes, const std::vector<std::string>& no) {
     for (const std::string& name : yes) {
         DesktopFixture desktop(WindowOfClass(name));
         EXPECT_TRUE(test(desktop.Window("w"))) << name;
@@ -69,6 +70,34 @@ TEST(NWindows, ClassTestsLookAtTheRealClass) {
     EXPECT_TRUE(NWindows::IsWpfWindow(desktop.Window("x")));
     EXPECT_EQ(NWindows::GetWindowClass(NoWindow), L"");
     EXPECT_EQ(NWindows::GetRealWindowClass(nullptr), L"");
+}
+
+// A window made with one class on the base of another.
+std::string WindowOfClasses(const std::string& name, const std::string& realName) {
+    return R"({"windows": [{"id": "w", "class": ")" + name + R"(", "realClass": ")" + realName + R"("}]})";
+}
+
+TEST(NWindows, EachClassTestLooksAtItsOwnOneOfTheTwoClasses) {
+    const struct {
+        ClassTest test;
+        const char* name;
+    } ofTheRealClass[] = {{NWindows::IsChromeWidgetClass, "Chrome_WidgetWin_1"},   {NWindows::IsChromiumWindow, "Chrome_RenderWidgetHostHWND"},
+                          {NWindows::IsMozillaWindow, "MozillaWindowClass"},       {NWindows::IsFirefoxWindow, "MozillaCompositorWindowClass"},
+                          {NWindows::IsIEServerWindow, "Internet Explorer_Server"}, {NWindows::IsListBoxWindow, "WindowsForms10.LISTBOX.app"}};
+    for (const auto& one : ofTheRealClass) {
+        DesktopFixture real(WindowOfClasses("Other", one.name));
+        EXPECT_TRUE(one.test(real.Window("w"))) << one.name;
+        DesktopFixture made(WindowOfClasses(one.name, "Other"));
+        EXPECT_FALSE(one.test(made.Window("w"))) << one.name;
+    }
+    const std::pair<ClassTest, const char*> ofTheClassItWasMadeWith[] = {{NWindows::IsWpfWindow, "HwndWrapper[a]"},
+                                                                    {NWindows::IsChromiumWidget, "Chrome_WidgetWin_1"}};
+    for (const auto& [test, name] : ofTheClassItWasMadeWith) {
+        DesktopFixture real(WindowOfClasses("Other", name));
+        EXPECT_FALSE(test(real.Window("w"))) << name;
+        DesktopFixture made(WindowOfClasses(name, "Other"));
+        EXPECT_TRUE(test(made.Window("w"))) << name;
+    }
 }
 
 TEST(NWindows, TheMailProgramIsNoMozillaWindow) {
