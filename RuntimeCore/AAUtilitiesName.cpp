@@ -1,7 +1,6 @@
 #include "RuntimeCore/AAUtilitiesName.h"
 
 #include <algorithm>
-#include <optional>
 #include <vector>
 
 #include "Common/UTILITY/AAObjectWrapper.h"
@@ -9,17 +8,11 @@
 #include "Common/include/Log.h"
 #include "Common/include/VariantEquals.h"
 #include "RuntimeCore/AAUtilitiesLocation.h"
+#include "RuntimeCore/AAUtilitiesStates.h"
 
 namespace Zorvex::AAUtil {
 
 namespace {
-
-// The read-only bit counts for the container as a whole, also where the element is one of its simple children.
-std::optional<bool> IsReadOnlyContainer(IAccessible* acc) {
-    CComVariant state;
-    if (FAILED(acc->get_accState(CComVariant(CHILDID_SELF), &state)) || state.vt != VT_I4) return std::nullopt;
-    return (state.lVal & STATE_SYSTEM_READONLY) != 0;
-}
 
 // A client area counts as an editable field only if it is known not to be read-only.
 bool MayRepeatItsValue(IAccessible* acc, LONG role) {

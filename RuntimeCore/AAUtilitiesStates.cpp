@@ -91,6 +91,12 @@ HRESULT WaitForState(IAccessible* pAA, const VARIANT& varChild, LONG lStateOn, L
     return S_OK;
 }
 
+std::optional<bool> IsReadOnlyContainer(IAccessible* acc) {
+    CComVariant state;
+    if (FAILED(acc->get_accState(CComVariant(CHILDID_SELF), &state)) || state.vt != VT_I4) return std::nullopt;
+    return (state.lVal & STATE_SYSTEM_READONLY) != 0;
+}
+
 bool IsDisabledElement(IAccessible* spAcc, const VARIANT& varChild) {
     if (!spAcc || varChild.vt != VT_I4) {
         LogError("AAUtil::IsDisabledElement: Invalid arguments");

@@ -1,6 +1,8 @@
 // Reading an element's state bits, and waiting for them.
 #pragma once
 
+#include <optional>
+
 #include "Platform/Windows.h"
 
 namespace Zorvex::AAUtil {
@@ -18,6 +20,10 @@ HRESULT HasAAState(IAccessible* pAA, const VARIANT& varChild, LONG lStateOn, LON
 // location has been the same for 300 ms. Pumps the thread's messages meanwhile, since the element may be
 // served by this very thread. S_OK when reached, S_FALSE after 3,000 ms, a failure when a read fails.
 HRESULT WaitForState(IAccessible* pAA, const VARIANT& varChild, LONG lStateOn, LONG lStateOff, bool& out_bResult);
+
+// Whether STATE_SYSTEM_READONLY is set on the container as a whole, which counts also where the element is one of its
+// simple children. Nothing, without a line, if the state can't be read or is no VT_I4. `acc` must not be null.
+std::optional<bool> IsReadOnlyContainer(IAccessible* acc);
 
 // True if STATE_SYSTEM_UNAVAILABLE is set; false, with an error line, if the state can't be read.
 bool IsDisabledElement(IAccessible* spAcc, const VARIANT& varChild);

@@ -4,6 +4,7 @@
 #include "Common/include/Log.h"
 #include "Common/UTILITY/StateToolsAA.h"
 #include "RuntimeCore/AAUtilitiesName.h"
+#include "RuntimeCore/AAUtilitiesStates.h"
 #include "RuntimeCore/AAUtilitiesText.h"
 #include "RuntimeCore/IA2Tools.h"
 #include "RuntimeCore/ListViewItems.h"
@@ -36,10 +37,8 @@ HRESULT ReadUiaText(PROPERTYID property, IAccessible* accessible, const VARIANT&
 }
 
 // A text field that can't be edited is a static text.
-bool IsReadOnly(IAccessible* accessible) {
-    CComVariant state;
-    return SUCCEEDED(accessible->get_accState(CComVariant(CHILDID_SELF), &state)) && state.vt == VT_I4 &&
-           (state.lVal & STATE_SYSTEM_READONLY) != 0;
+bool IsStaticText(IAccessible* accessible, LONG role) {
+    return role == ROLE_SYSTEM_TEXT && AAUtil::IsReadOnlyContainer(accessible) == true;
 }
 
 }  // namespace
@@ -55,7 +54,7 @@ HRESULT ReadRole(IAccessible* accessible, const VARIANT& child, CString& text) {
     CComVariant role;
     if (const HRESULT result = accessible->get_accRole(child, &role); FAILED(result)) return result;
     if (role.vt == VT_I4)
-        text = AAUtil::GetRoleAsText(role.lVal == ROLE_SYSTEM_TEXT && IsReadOnly(accessible) ? ROLE_SYSTEM_STATICTEXT : role.lVal);
+        text = AAUtil::GetRoleAsText(IsStaticText(accessible, role.lVal) ? ROLE_SYSTEM_STATICTEXT : role.lVal);
     else if (role.vt == VT_BSTR)
         text = TextIn(role);
     return StatusOf(text);
