@@ -78,7 +78,10 @@ Simulated::Fault FaultOf(std::uint8_t kind, std::uint8_t at) {
         case 4: fault.count = 0x7FFFFFFF; break;
         case 5: fault.count = -1; break;
         case 6: fault.result = S_FALSE; break;
-        default: fault.count = 999999; break;
+        default:
+            fault.count = 999999;
+            fault.times = 1;  // it is believed, and costs its memory each time
+            break;
     }
     return fault;
 }

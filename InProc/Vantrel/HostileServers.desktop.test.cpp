@@ -90,6 +90,17 @@ std::vector<std::pair<std::string, std::function<void(DesktopFixture&)>>> Reques
         request.selectors.back().options.acceptHidden = false;
         TryCall(request);
     });
+    requests.emplace_back("GetAttrForElements", [element](DesktopFixture& desktop) {
+        GetAttrForElementsRequest request;
+        request.elements = {element(desktop, "one"), element(desktop, "edit")};
+        request.attributeName = L"name";
+        TryCall(request);
+    });
+    requests.emplace_back("GetWndsByAaName", [](DesktopFixture&) {
+        GetWndsByAaNameRequest request;
+        request.accessibleName = std::make_shared<StringValue>(L"*");
+        TryCall(request);
+    });
     requests.emplace_back("FindElementWithRole", [](DesktopFixture& desktop) {
         FindElementWithRoleRequest request;
         request.window = desktop.Window("main");
@@ -174,6 +185,26 @@ TEST(HostileServers, EveryCallFailingEndsWell) {
             ASSERT_EQ(desktop.OutstandingReferences(), 0) << name;
         }
     }
+}
+
+TEST(HostileServers, TreeThatIsARingEndsEveryRequest) {
+    std::string ring = kDesktop;
+    const std::string last = R"("name": "Cell")";
+    ring.insert(ring.find(last) + last.size(), R"(, "children": [{"element": "root"}])");
+    Simulated::SetClockTick(1);
+    for (const auto& [name, request] : Requests()) {
+        DesktopFixture desktop(ring);
+        RunGuarded(request, desktop);
+        CacheCleaner::Release();
+        EXPECT_EQ(desktop.OutstandingReferences(), 0) << name;
+    }
+    DesktopFixture desktop(ring);
+    FindElementWithRoleRequest absent;
+    absent.window = desktop.Window("main");
+    absent.role = ROLE_SYSTEM_CLOCK;
+    absent.maximumDepth = -1;
+    EXPECT_FALSE(Call(absent).found);
+    Simulated::SetClockTick(0);
 }
 
 TEST(HostileServers, LyingCountsEndWell) {
