@@ -89,6 +89,17 @@ TEST_F(LogRouterTest, MachineSettingCountsOnlyWithoutTheUsers) {
     EXPECT_EQ(m_router.Level(), 0);
 }
 
+TEST_F(LogRouterTest, SettingStoredAsExpandableTextCountsAndANumberDoesNot) {
+    constexpr DWORD c_number = 4;
+    Simulated::SetRegistryText(HKEY_CURRENT_USER, L"Environment", L"ZORVEX_LOG_LEVEL", L"WARNING", Simulated::TypeExpandText);
+    EXPECT_EQ(m_router.Level(), 1);
+    // A value that can't be read as text is as good as absent: the machine's is next.
+    Simulated::SetRegistryText(HKEY_CURRENT_USER, L"Environment", L"ZORVEX_LOG_LEVEL", L"WARNING", c_number);
+    Simulated::SetMachineEnvironment(L"ZORVEX_LOG_LEVEL", L"INFO");
+    m_router.ForgetSettings();
+    EXPECT_EQ(m_router.Level(), 0);
+}
+
 TEST_F(LogRouterTest, ChangeTakesEffectAfterThreeSecondsAndNoReadHappensBefore) {
     EXPECT_EQ(m_router.Level(), 3);
     const unsigned reads = Simulated::RegistryReads();
@@ -175,6 +186,10 @@ TEST_F(LogRouterTest, FileIsNamedAfterTheSessionAndAppendedTo) {
     LogRouter other(*platform);
     other.Emit(Severity::Error, "a.cpp", 0, 0, "x\n");
     EXPECT_TRUE(std::filesystem::exists(Folder() / "ZorvexLogs-7.txt"));
+    std::ifstream file(Folder() / "ZorvexLogs-7.txt");
+    std::string line;
+    std::getline(file, line);
+    EXPECT_TRUE(line.ends_with("E a.cpp x\r")) << line;
 }
 
 TEST_F(LogRouterTest, FolderThatCannotBeFoundIsLoggedOnce) {
