@@ -24,5 +24,6 @@ enum class EchoOrder : std::uint8_t {
     EndProcess = 'x',
     HandleCount = 'H',   // 32 bits: valid handles of the target
     TlsSlotsLeft = 'T',  // 32 bits: thread-local slots that the target could still take
+    HostReferences = 'R',  // 32 bits: how often the host is loaded, as the system counts
     Beside = 'l',        // three bytes: loaded, times started, times stopped
 };

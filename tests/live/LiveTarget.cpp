@@ -96,4 +96,12 @@ bool LiveTarget::ModuleGoes(const wchar_t* fileName) const {
     return false;
 }
 
+bool LiveTarget::HostGoes() const {
+    const bool wine = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+    if (!wine) return ModuleGoes(HostLibraryName(OwnBitness()));
+    // Its last thread still has to end.
+    Sleep(100);
+    return true;
+}
+
 }  // namespace Zorvex::Testing

@@ -6,6 +6,8 @@
 
 #include "Platform/Windows.h"
 
+#include <winternl.h>
+
 // Counted one by one: the count that the system offers is always 0 under Wine.
 inline std::uint32_t CountOwnHandles() {
     constexpr ULONG_PTR handleEnd = 4 * 4096;
@@ -15,6 +17,22 @@ inline std::uint32_t CountOwnHandles() {
         if (GetHandleInformation(reinterpret_cast<HANDLE>(number), &flags)) ++count;
     }
     return count;
+}
+
+// How many references a library has in this 64-bit process; 0 if it isn't there. Read from the system's list of
+// libraries, as no call tells.
+inline std::uint32_t CountReferences(const wchar_t* fileName) {
+    constexpr std::size_t countOffset = 0x6C;  // of the count in an entry of the list
+    const HMODULE library = GetModuleHandleW(fileName);
+    if (!library) return 0;
+    const FARPROC current = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "RtlGetCurrentPeb");
+    const LIST_ENTRY& head = reinterpret_cast<PEB*(WINAPI*)()>(reinterpret_cast<void*>(current))()->Ldr->InMemoryOrderModuleList;
+    for (const LIST_ENTRY* link = head.Flink; link != &head; link = link->Flink) {
+        const auto* entry = CONTAINING_RECORD(link, LDR_DATA_TABLE_ENTRY, InMemoryOrderLinks);
+        if (entry->DllBase != library) continue;
+        return *reinterpret_cast<const USHORT*>(reinterpret_cast<const std::uint8_t*>(entry) + countOffset);
+    }
+    return 0;
 }
 
 inline std::uint32_t CountFreeTlsSlots() {

@@ -97,6 +97,10 @@ extern "C" __declspec(dllexport) void ExecuteAa(const Buffer* in, Buffer* out) {
             const std::uint32_t count = CountFreeTlsSlots();
             return Answer(out, &count, sizeof(count));
         }
+        case EchoOrder::HostReferences: {
+            const std::uint32_t count = CountReferences(L"vantrel_host_x64.dll");
+            return Answer(out, &count, sizeof(count));
+        }
         case EchoOrder::Beside: {
             wchar_t started[2] = L"0";
             wchar_t stopped[2] = L"0";

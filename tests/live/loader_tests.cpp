@@ -143,7 +143,7 @@ TEST(LoaderLive, LateAnswerOfAControllerThatHasGoneIsDroppedAndTheLibrariesGo) {
     EXPECT_EQ(ProblemOf(program.Open()->Execute(Order(EchoOrder::Sleep, 700), 200ms)), LoadProblem::DeadlinePassed);
     Sleep(700);
     EXPECT_TRUE(program.ModuleGoes(L"echo_server.dll"));
-    EXPECT_TRUE(program.ModuleGoes(HostLibraryName(OwnBitness())));
+    EXPECT_TRUE(program.HostGoes());
     EXPECT_TRUE(program.Open()->Execute(Order(EchoOrder::Count), Ample));
 }
 
@@ -272,8 +272,6 @@ TEST(LoaderLive, FaultsInTheServerAreNamedAndTheTargetLivesOn) {
     const std::pair<EchoOrder, const char*> faults[] = {
         {EchoOrder::ReadNull, "access violation (0xC0000005) at 0x"},
         {EchoOrder::DivideByZero, "integer division by zero (0xC0000094) at 0x"},
-        {EchoOrder::OverflowStack, "stack overflow (0xC00000FD) at 0x"},
-        {EchoOrder::OverflowStack, "stack overflow (0xC00000FD) at 0x"},
         {EchoOrder::RaiseForeign, "a C++ exception of another compiler (0xE06D7363) at 0x"},
     };
     for (const auto& [order, text] : faults) {
@@ -284,6 +282,19 @@ TEST(LoaderLive, FaultsInTheServerAreNamedAndTheTargetLivesOn) {
     const auto answer = target->Execute(Order(EchoOrder::ThreadId), Ample);
     ASSERT_TRUE(answer) << DetailOf(answer);
     EXPECT_EQ(AsNumber(answer->response), program.Window().threadId);
+}
+
+TEST(LoaderLive, StackOverflowInTheServerIsAFaultLikeAnyOtherAndCanHappenAgain) {
+    for (const std::wstring& command : {std::wstring(L"notepad.exe"), L"\"" + LiveFolder() + L"test_window.exe\" overflow"}) {
+        const LiveTarget program(command);
+        const auto target = program.Open();
+        for (int i = 0; i < 3; ++i) {
+            const auto answer = target->Execute(Order(EchoOrder::OverflowStack), Ample);
+            EXPECT_EQ(ProblemOf(answer), LoadProblem::ServerFault);
+            EXPECT_THAT(DetailOf(answer), HasSubstr("stack overflow (0xC00000FD) at 0x"));
+        }
+        EXPECT_TRUE(target->Execute(Order(EchoOrder::Count), Ample));
+    }
 }
 
 TEST(LoaderLive, FaultThatIsHandledWhereItBelongsIsNotTakenAway) {
@@ -309,7 +320,7 @@ TEST(LoaderLive, ServerThatStaysKeepsItsStateAndGoUnloadsIt) {
     EXPECT_EQ(AsNumber(target->Execute(Order(EchoOrder::Count), Ample)->response), 4u);
     EXPECT_FALSE(*target->ServerStays(Ample));
     EXPECT_FALSE(program.HasModule(L"echo_server.dll"));
-    EXPECT_TRUE(program.ModuleGoes(HostLibraryName(OwnBitness())));
+    EXPECT_TRUE(program.HostGoes());
 
     EXPECT_EQ(AsNumber(target->Execute(Order(EchoOrder::Count), Ample)->response), 1u);
 }
@@ -326,7 +337,7 @@ TEST(LoaderLive, UnloadTakesTheStayingServerAwayAndMindsNoneBeingThere) {
     ASSERT_TRUE(target->Execute(Order(EchoOrder::Count), Ample));
     EXPECT_FALSE(target->Unload(Ample));
     EXPECT_FALSE(program.HasModule(L"echo_server.dll"));
-    EXPECT_TRUE(program.ModuleGoes(HostLibraryName(OwnBitness())));
+    EXPECT_TRUE(program.HostGoes());
     EXPECT_FALSE(target->Unload(Ample));
 }
 
@@ -362,7 +373,7 @@ TEST(LoaderLive, TwoControllersAtOnceAreServedOneAfterTheOther) {
     second.join();
     EXPECT_EQ(answered, 30);
     EXPECT_TRUE(program.ModuleGoes(L"echo_server.dll"));
-    EXPECT_TRUE(program.ModuleGoes(HostLibraryName(OwnBitness())));
+    EXPECT_TRUE(program.HostGoes());
 }
 
 TEST(LoaderLive, TargetBusyWithAnotherControllersRequestIsToldByTheDeadline) {

@@ -107,8 +107,16 @@ std::optional<LoadFailure> WindowsTarget::Run(HostTask task, SharedExchange& exc
 
     auto hook = ThreadHook::Install(m_options.hostPath, m_threadId);
     if (!hook) return hook.Error();
+    bool wasBusy = false;
     while (true) {
-        if (auto failure = PostAndWait(place, exchange, deadline, m_options.stop)) return failure;
+        if (auto failure = PostAndWait(place, exchange, deadline, m_options.stop)) {
+            // Between two tries the deadline finds the message on its way; the target isn't hung for that.
+            if (wasBusy && failure->problem == LoadProblem::TargetHung) {
+                return LoadFailure{LoadProblem::TargetBusy, "another request runs in the target"};
+            }
+            return failure;
+        }
+        wasBusy = true;
         if (exchange->outcome != HostOutcome::Busy) return std::nullopt;
         if (deadline.Passed()) return FailureOf(exchange);
         if (SleepUnlessStopped(deadline.Remaining(BusyRetryInterval), m_options.stop)) {
