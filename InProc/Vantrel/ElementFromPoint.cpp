@@ -9,6 +9,7 @@
 #include "Common/UTILITY/AAObjectWrapper.h"
 #include "Common/UTILITY/NWindows.h"
 #include "Common/include/Log.h"
+#include "Common/include/TreeWalker/AANode.h"
 #include "InProc/Vantrel/AAContainerCache.h"
 #include "InProc/Vantrel/RelatedElement.h"
 #include "RuntimeCore/AAUtilitiesOwnerWindow.h"
@@ -35,11 +36,7 @@ std::int32_t Area(const RECT& rectangle) {
 }
 
 std::optional<RECT> Location(IAccessible* accessible, const VARIANT& child) {
-    LONG left = 0, top = 0, width = 0, height = 0;
-    if (FAILED(accessible->accLocation(&left, &top, &width, &height, child))) return std::nullopt;
-    // Wraps around instead of overflowing: the numbers are the target's.
-    const auto sum = [](LONG a, LONG b) { return static_cast<LONG>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b)); };
-    return RECT{left, top, sum(left, width), sum(top, height)};
+    return ReadLocation(AANode{accessible, CComVariant(child)});
 }
 
 CComPtr<IAccessible> WindowObject(HWND hWnd, HRESULT& result) {
