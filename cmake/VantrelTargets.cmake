@@ -59,6 +59,13 @@ function(vantrel_library name folder)
   endif()
 endfunction()
 
+# vantrel_unloadable(name): a library for foreign processes, which leaves nothing of its runtime when it is unloaded.
+function(vantrel_unloadable name)
+  target_sources(${name} PRIVATE ${CMAKE_SOURCE_DIR}/Platform/ModuleUnload.cpp)
+  target_link_options(${name} PRIVATE -Wl,--wrap=pthread_key_create -Wl,--wrap=pthread_key_delete
+    -Wl,--wrap=pthread_getspecific -Wl,--wrap=pthread_setspecific)
+endfunction()
+
 # vantrel_tests(name folder libraries...): one test program of all tests below the folder.
 function(vantrel_tests name folder)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.test.cpp)
