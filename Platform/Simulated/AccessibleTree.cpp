@@ -68,7 +68,8 @@ HRESULT AccessibleElement::get_accFocus(VARIANT* child) {
     if (named.empty()) {
         // Only the element itself and what contains it have the focus.
         ElementPtr at = focused;
-        while (at && at != m_element) at = m_desktop->ContainerOf(*at);
+        // A window's object may stand inside its own window: the bound ends the way round such a ring.
+        for (int steps = 0; at && at != m_element; ++steps) at = steps < 100'000 ? m_desktop->ContainerOf(*at) : nullptr;
         if (!at) focused = nullptr;
     }
     if (!focused) return S_FALSE;

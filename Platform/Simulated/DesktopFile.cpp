@@ -46,6 +46,9 @@ Json Parse(std::string_view text) {
         const std::size_t colon = problem.find(": ", after == std::string::npos ? 0 : after);
         if (colon != std::string::npos) problem = problem.substr(colon + 2);
         throw DesktopFileError(LineAndColumn(text, error.byte ? error.byte - 1 : 0) + problem);
+    } catch (const Json::out_of_range&) {
+        // The library doesn't tell where.
+        throw DesktopFileError("desktop: a number is too large");
     }
 }
 

@@ -55,6 +55,7 @@ TEST(DesktopFile, SyntaxErrorIsToldWithLineAndColumn) {
 
 TEST(DesktopFile, WrongTypesAreToldWithTheirPlace) {
     EXPECT_EQ(ErrorOf("[]"), "desktop: an object is expected");
+    EXPECT_EQ(ErrorOf("[2e99999]"), "desktop: a number is too large");
     EXPECT_EQ(ErrorOf(R"({"windows":{}})"), "windows: a list is expected");
     EXPECT_EQ(ErrorOf(R"({"windows":[{"title":"x"}]})"), "windows[0]: a window needs a class");
     EXPECT_EQ(ErrorOf(R"({"windows":[{"class":1}]})"), "windows[0].class: a text is expected");

@@ -280,6 +280,14 @@ TEST(SimulatedWindows, StandInTakesTheWindowObjectOutOfTheClientsOwnList) {
     EXPECT_EQ(parent.p, desktop.Element("g").p);
 }
 
+TEST(SimulatedWindows, WindowInsideItselfIsARingThatEndsForThoseWhoAskForTheFocus) {
+    DesktopFixture desktop(R"({"windows":[{"id":"w","class":"C","objects":{"client":{"children":[{"windowObject":"w"},{"id":"f","state":["focused"]}]}}},
+        {"id":"x","class":"X","objects":{"client":{"id":"other"}}}]})");
+    CComVariant focus;
+    EXPECT_EQ(desktop.Element("other")->get_accFocus(&focus), S_FALSE);
+    EXPECT_EQ(desktop.ClientObject("w")->get_accFocus(&focus), S_OK);
+}
+
 TEST(SimulatedWindows, WindowOfAnElementIsInheritedFromAbove) {
     DesktopFixture desktop(R"({"windows":[{"id":"w","class":"C","objects":{"client":{"children":[{"id":"a","children":[{"id":"b"}]},{"id":"c","window":"x","children":[{"id":"d"}]}]}}},
         {"id":"x","class":"X"}]})");
