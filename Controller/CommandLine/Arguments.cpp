@@ -180,6 +180,12 @@ std::variant<Invocation, ArgumentsText> ReadArguments(std::vector<std::string> a
     } catch (const CLI::CallForVersion& version) {
         return ArgumentsText{ExitCode::Done, std::string(version.what()) + "\n"};
     } catch (const CLI::ParseError& error) {
+        if (app.get_subcommands().empty() && dynamic_cast<const CLI::RequiredError*>(&error)) {
+            std::string names;
+            for (const CLI::App* command : app.get_subcommands([](const CLI::App* any) { return !any->get_name().empty(); }))
+                names += (names.empty() ? "" : ", ") + command->get_name();
+            return ArgumentsText{ExitCode::WrongArguments, "a command is expected; there are " + names + "\n--help tells what there is.\n"};
+        }
         return ArgumentsText{ExitCode::WrongArguments, std::string(error.what()) + "\n--help tells what there is.\n"};
     }
 }

@@ -55,7 +55,6 @@ private:
     WindowPtr Describe(HWND handle) {
         auto window = std::make_shared<Simulated::Window>();
         window->handle = static_cast<std::uint32_t>(reinterpret_cast<UINT_PTR>(handle));
-        window->id = "window" + std::to_string(m_windows.size() + 1);
         window->className = WindowText([&](wchar_t* text, int size) { return ::GetClassNameW(handle, text, size); });
         const std::wstring real = WindowText([&](wchar_t* text, int size) { return ::RealGetWindowClassW(handle, text, static_cast<UINT>(size)); });
         if (real != window->className) window->realClass = real;
@@ -98,20 +97,21 @@ private:
             const auto window = m_windows.find(own);
             if (own != outer && window != m_windows.end() && claimed.insert(own).second) m_claims[place] = window->second.get();
         }
+        // Only windows that are written have a number, so that a recording of a recording is the same.
+        std::size_t number = 1;
+        m_top->id = "window1";
+        for (const HWND handle : m_order)
+            if (claimed.count(handle)) m_windows.at(handle)->id = "window" + std::to_string(++number);
     }
 
     AttributeResponse Native(const AAObjectIdentifier& element, const wchar_t* name) {
         return m_session.Call(GetNativeAttributeRequest{{element, name}});
     }
-    std::optional<std::wstring> Text(const AAObjectIdentifier& element, const wchar_t* name) {
-        const AttributeResponse answer = Native(element, name);
-        if (answer.result != S_OK || answer.value.vt != VT_BSTR) return std::nullopt;
-        return std::wstring(answer.value.bstrVal ? answer.value.bstrVal : L"", ::SysStringLen(answer.value.bstrVal));
-    }
-    // An empty text of these says no more than none.
+    // An empty text comes like none, so none is written.
     std::optional<std::wstring> TextIfAny(const AAObjectIdentifier& element, const wchar_t* name) {
-        auto text = Text(element, name);
-        return text && !text->empty() ? text : std::nullopt;
+        const AttributeResponse answer = Native(element, name);
+        if (answer.result != S_OK || answer.value.vt != VT_BSTR || ::SysStringLen(answer.value.bstrVal) == 0) return std::nullopt;
+        return std::wstring(answer.value.bstrVal, ::SysStringLen(answer.value.bstrVal));
     }
     std::optional<LONG> Number(const AAObjectIdentifier& element, const wchar_t* name) {
         const AttributeResponse answer = Native(element, name);
@@ -140,8 +140,8 @@ private:
         auto element = std::make_shared<Simulated::Element>();
         element->simple = identifier.childId != CHILDID_SELF;
         element->state = Number(identifier, L"accState").value_or(0);
-        element->name = Text(identifier, L"accName");
-        element->value = Text(identifier, L"accValue");
+        element->name = TextIfAny(identifier, L"accName");
+        element->value = TextIfAny(identifier, L"accValue");
         if (const auto place = RectangleOf(Native(identifier, L"accLocation").value)) element->rectangle = PlaceOf(*place);
         if (auto text = TextIfAny(identifier, L"accDescription")) element->EditDetails().description = std::move(text);
         if (auto text = TextIfAny(identifier, L"accHelp")) element->EditDetails().help = std::move(text);

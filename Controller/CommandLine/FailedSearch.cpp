@@ -162,17 +162,17 @@ SearchReport ExamineFailure(Session& session, const AAObjectIdentifier& root, co
 void PrintReport(const SearchReport& report, const Selector& selector, const FindCommand& command, std::ostream& out) {
     const auto elements = [](std::size_t count) { return std::to_string(count) + (count == 1 ? " element" : " elements"); };
     out << "not found: tag " << report.failedTag + 1 << " of " << selector.tags.size() << ", "
-        << NarrowText(WriteTag(*selector.tags[report.failedTag])) << ", fits none of " << elements(report.examined)
+        << NarrowText(WriteTag(*selector.tags[report.failedTag])) << ", found nothing among " << elements(report.examined)
         << (report.cut ? " that were looked at, of more" : "") << '\n';
     for (std::size_t i = 0; i < report.matchedByTag.size(); ++i)
         out << "  tag " << i + 1 << ", " << NarrowText(WriteTag(*selector.tags[i])) << ", matched " << elements(report.matchedByTag[i]) << '\n';
     if (report.fitting) {
-        out << "  the attributes fit " << elements(report.fitting) << "; what else can keep one from being found:";
+        out << "  the attributes fit " << elements(report.fitting) << "; kept from being found by";
         const auto index = std::dynamic_pointer_cast<NumberValue>(selector.tags[report.failedTag]->GetAttribute(L"idx"));
-        if (index && index->GetEnabled()) out << " idx=" << index->GetValue();
-        if (command.visibleOnly) out << " --visible";
-        if (command.minimumScore > 0) out << " --min-score " << ScoreText(command.minimumScore);
-        out << " the time\n";
+        if (index && index->GetEnabled()) out << " idx=" << index->GetValue() << ',';
+        if (command.visibleOnly) out << " --visible,";
+        if (command.minimumScore > 0) out << " --min-score " << ScoreText(command.minimumScore) << ',';
+        out << " or the time-out\n";
     }
     if (report.nearest.empty()) return;
     out << "nearest:\n";

@@ -28,9 +28,9 @@ std::wstring UpperCase(std::wstring text) {
 }  // namespace
 
 Session::Session(const GeneralOptions& options) : m_options(options) {
-    m_system = m_options.desktopFile.empty() ? Loader::CreateLoaderSystem() : OpenDesktopFile(m_options.desktopFile);
     if (!m_options.logLevel.empty())
         m_log = WatchLog(UpperCase(m_options.logLevel), [](const std::string& line) { std::cerr << line + "\n"; });
+    m_system = m_options.desktopFile.empty() ? Loader::CreateLoaderSystem() : OpenDesktopFile(m_options.desktopFile);
 }
 
 Session::~Session() {

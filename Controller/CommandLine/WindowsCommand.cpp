@@ -7,6 +7,10 @@ namespace Zorvex::Controller {
 
 ExitCode RunWindows(Session& session, const WindowsCommand& command, Output& output) {
     const auto windows = session.System().TopLevelWindows(command.all ? Loader::WindowFilter::All : Loader::WindowFilter::Visible);
+    // A system that has no windows at all says why; one that has none now describes no window either, for another reason.
+    if (windows.empty())
+        if (const auto none = session.System().Describe(nullptr); !none && none.Error().problem == Loader::LoadProblem::NotOnThisSystem)
+            throw CommandFailure(none.Error());
     if (output.json) {
         JsonWriter json(output.out);
         json.BeginArray();

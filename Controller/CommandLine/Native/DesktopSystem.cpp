@@ -1,12 +1,11 @@
 // A desktop file as a system of windows. The server runs in this very process, on the desktop that is installed.
-#include <atomic>
-#include <iostream>
 
 #include "Common/include/ArchiveException.h"
 #include "Common/include/HeapAllocator.h"
 #include "Common/include/UtfConversion.h"
 #include "Controller/CommandLine/CommandFailure.h"
 #include "Controller/CommandLine/SystemChoice.h"
+#include "Platform/Simulated/Desktop.h"
 #include "Platform/Simulated/DesktopFile.h"
 #include "Platform/Simulated/InstalledDesktop.h"
 #include "Platform/Simulated/System.h"
@@ -51,7 +50,7 @@ private:
 
 class DesktopSystem final : public Loader::ILoaderSystem {
 public:
-    explicit DesktopSystem(std::shared_ptr<Simulated::Desktop> desktop) : m_installed(std::move(desktop)) {}
+    explicit DesktopSystem(std::shared_ptr<Simulated::Desktop> desktop) : m_desktop(desktop), m_installed(std::move(desktop)) {}
 
     std::vector<Loader::WindowInfo> TopLevelWindows(Loader::WindowFilter filter) override {
         std::vector<HWND> handles;
@@ -78,6 +77,8 @@ public:
         ::GetWindowRect(window, &info.rectangle);
         info.visible = ::IsWindowVisible(window);
         info.bitness = Loader::OwnBitness();
+        for (const Simulated::ProcessData& process : m_desktop->Model().processes)
+            if (process.id == info.processId) info.processName = process.path.substr(process.path.find_last_of(L'\\') + 1);
         return info;
     }
 
@@ -97,13 +98,19 @@ public:
     }
 
 private:
+    std::shared_ptr<Simulated::Desktop> m_desktop;
     Simulated::InstalledDesktop m_installed;
 };
+
+// The server looks at its level again after this time. The clock is moved while no desktop is open, whose changes it
+// would bring about.
+constexpr ULONGLONG kLevelRefresh = 4'000;
 
 class DesktopLogWatch final : public LogWatch {
 public:
     DesktopLogWatch(const std::wstring& level, std::function<void(const std::string&)> show) : m_show(std::move(show)) {
         Simulated::SetUserEnvironment(L"ZORVEX_LOG_LEVEL", level);
+        Simulated::AdvanceClock(kLevelRefresh);
         Simulated::ClearDebugOutput();
     }
     ~DesktopLogWatch() override {
@@ -112,6 +119,7 @@ public:
             m_show(line);
         }
         Simulated::RemoveUserEnvironment(L"ZORVEX_LOG_LEVEL");
+        Simulated::AdvanceClock(kLevelRefresh);
     }
 
 private:
