@@ -1,6 +1,7 @@
 // Many loads and unloads in a row leave nothing behind.
 #include <gtest/gtest.h>
 
+#include "RuntimeCore/Requests/Catalogue.h"
 #include "tests/live/LiveTarget.h"
 #include "tests/live/OwnResources.h"
 
@@ -81,6 +82,38 @@ TEST(LoaderLeaksLive, TwoHundredLoadsThatEndInExceptionsAndFaultsLeaveNothingEit
     const LiveTarget program;
     RunRounds(program, {Order(EchoOrder::ThrowStandard), Order(EchoOrder::ReadNull), Order(EchoOrder::ThrowNumber)},
               AfterRequest::Go);
+}
+
+TEST(LoaderLeaksLive, TwoHundredLoadsOfTheRealServerLeaveNothingOfItsRuntime) {
+    const LiveTarget notepad(L"notepad.exe");
+    const auto measuring = notepad.Open();
+    LoaderOptions options = EchoOptions();
+    options.serverPath = LiveFolder() + ServerLibraryName(OwnBitness());
+    const auto target = notepad.Open(options);
+    Zorvex::FindElemFromPointRequest fromPoint;
+    fromPoint.clientPid = GetCurrentProcessId();
+    fromPoint.window = notepad.Window().window;
+    fromPoint.point = {notepad.Window().rectangle.left + 60, notepad.Window().rectangle.top + 80};
+    const Zorvex::RequestBuffer good = Zorvex::EncodeRequest(fromPoint);
+    const Zorvex::RequestBuffer bad{1, 2, 3};
+    const auto run = [&](int rounds) {
+        for (int i = 0; i < rounds; ++i) {
+            const auto answer = target->Execute({good.data(), good.size()}, 20s);
+            ASSERT_TRUE(answer) << i << ": " << answer.Error().ToString();
+            if (i % 4 != 0) continue;
+            const auto refused = target->Execute({bad.data(), bad.size()}, 20s);
+            ASSERT_FALSE(refused);
+            ASSERT_EQ(refused.Error().ToString(), "exception out of the server: ArchiveException: Invalid vBuffer in ctor");
+        }
+    };
+    run(5);
+    const Held before = Measure(notepad, *measuring);
+    run(Rounds);
+    const Held after = Measure(notepad, *measuring);
+    EXPECT_FALSE(notepad.HasModule(ServerLibraryName(OwnBitness())));
+    EXPECT_EQ(after.targetTlsSlotsLeft, before.targetTlsSlotsLeft);
+    EXPECT_EQ(after.targetThreads, before.targetThreads);
+    EXPECT_NEAR(after.targetHandles, before.targetHandles, 3);
 }
 
 TEST(LoaderLeaksLive, AHookDoesNotOutliveItsRequest) {
