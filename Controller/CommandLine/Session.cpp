@@ -68,8 +68,8 @@ void Session::OpenAt(POINT point) {
 void Session::OpenWindow(Loader::WindowInfo window) {
     m_window = std::move(window);
     Loader::LoaderOptions options;
-    options.serverPath = m_options.serverLibrary;
-    options.besidePath = m_options.besideLibrary;
+    options.serverPath = LibraryPath(m_options.serverLibrary);
+    options.besidePath = LibraryPath(m_options.besideLibrary);
     options.afterRequest = Loader::AfterRequest::Stay;
     auto target = Checked(m_system->Open(m_window.window, options));
     const bool keptBefore = Checked(target->ServerStays(m_options.timeout));

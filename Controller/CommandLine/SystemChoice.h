@@ -17,6 +17,9 @@ std::unique_ptr<Loader::ILoaderSystem> OpenDesktopFile(const std::wstring& path)
 // The number under which this program registers elements when they don't outlive it.
 std::uint32_t OwnClientNumber();
 
+// The path of a library that a person named: a bare name that isn't in the current folder is looked for beside this program.
+std::wstring LibraryPath(const std::wstring& name);
+
 // Shows the server's log lines while it lives. `show` gets one line at a time, without its end, maybe on another thread.
 class LogWatch {
 public:

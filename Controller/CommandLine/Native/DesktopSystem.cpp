@@ -137,6 +137,9 @@ std::unique_ptr<Loader::ILoaderSystem> OpenDesktopFile(const std::wstring& path)
     }
 }
 
+// Nothing is loaded here.
+std::wstring LibraryPath(const std::wstring& name) { return name; }
+
 std::uint32_t OwnClientNumber() { return ::GetCurrentProcessId(); }
 
 std::unique_ptr<LogWatch> WatchLog(const std::wstring& level, std::function<void(const std::string&)> show) {
