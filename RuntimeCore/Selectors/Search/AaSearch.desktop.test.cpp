@@ -342,7 +342,7 @@ std::string BrowserOfClass(const char* name) {
     return text.replace(text.find("CLASS"), 5, name);
 }
 
-TEST(OwnerWindow, BelowABrowserItsWindowStaysTheOwnerOfChildrenAndHiddenHelpers) {
+TEST(SearchOwnerWindow, BelowABrowserItsWindowStaysTheOwnerOfChildrenAndHiddenHelpers) {
     for (const char* name : {"Chrome_WidgetWin_1", "MozillaWindowClass", "MozillaCompositorWindowClass"}) {
         const DesktopFixture desktop(BrowserOfClass(name));
         const HWND browser = desktop.Window("browser");
@@ -352,7 +352,7 @@ TEST(OwnerWindow, BelowABrowserItsWindowStaysTheOwnerOfChildrenAndHiddenHelpers)
     }
 }
 
-TEST(OwnerWindow, BelowAnyOtherWindowTheElementsOwnWindowIsTheOwner) {
+TEST(SearchOwnerWindow, BelowAnyOtherWindowTheElementsOwnWindowIsTheOwner) {
     const DesktopFixture desktop(BrowserOfClass("Notepad"));
     const HWND window = desktop.Window("browser");
     LogCapture log;
@@ -363,13 +363,13 @@ TEST(OwnerWindow, BelowAnyOtherWindowTheElementsOwnWindowIsTheOwner) {
     EXPECT_EQ(RenewOwnerWindow(nullptr, desktop.Element("innerClient").p), desktop.Window("inner"));
 }
 
-TEST(OwnerWindow, WithoutAnAccessibleTheOwnerStays) {
+TEST(SearchOwnerWindow, WithoutAnAccessibleTheOwnerStays) {
     const DesktopFixture desktop(kDialog);
     EXPECT_EQ(RenewOwnerWindow(desktop.Window("main"), nullptr), desktop.Window("main"));
     EXPECT_EQ(RenewOwnerWindow(nullptr, nullptr), nullptr);
 }
 
-TEST(OwnerWindow, ResultsCarryTheWindowThatTheIteratorRenewed) {
+TEST(SearchOwnerWindow, ResultsCarryTheWindowThatTheIteratorRenewed) {
     const DesktopFixture desktop(BrowserOfClass("Notepad"));
     std::vector<AaSelectorResult> results;
     const AaSearchResult root(desktop.Element("innerClient"), CComVariant(CHILDID_SELF), desktop.Window("browser"));
