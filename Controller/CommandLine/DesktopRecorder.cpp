@@ -37,6 +37,11 @@ std::wstring WindowText(Get get) {
     return text;
 }
 
+BOOL CALLBACK Collect(HWND window, LPARAM list) {
+    reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+    return TRUE;
+}
+
 class Recorder {
 public:
     explicit Recorder(Session& session) : m_session(session) {}
@@ -77,10 +82,7 @@ private:
         const HWND top = m_session.Window().window;
         m_windows.emplace(top, m_top = Describe(top));
         std::vector<HWND> below;
-        ::EnumChildWindows(top, [](HWND window, LPARAM list) -> BOOL {
-            reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
-            return TRUE;
-        }, reinterpret_cast<LPARAM>(&below));
+        ::EnumChildWindows(top, &Collect, reinterpret_cast<LPARAM>(&below));
         for (const HWND handle : below) m_windows.emplace(handle, Describe(handle));
         m_order = std::move(below);
     }
