@@ -77,6 +77,11 @@ function(vantrel_tests name folder)
   endif()
   add_executable(${name} ${sources})
   target_link_libraries(${name} PRIVATE ${ARGN} test_support GTest::gmock_main)
+  if(WIN32)
+    # The optimised cross build of GCC 12 sees short literals copied past their end inside std::basic_string, where
+    # nothing is: a known false alarm of that version. The product itself is free of it and keeps the warnings.
+    target_compile_options(${name} PRIVATE -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow -Wno-stringop-overread)
+  endif()
   target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
   target_compile_definitions(${name} PRIVATE VANTREL_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
   include(GoogleTest)
