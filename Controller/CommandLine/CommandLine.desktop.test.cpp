@@ -1,5 +1,5 @@
 // The whole command line on the shipped desktops. What each case prints is written down in tests/expected/ctl; with
-// VANTREL_REWRITE=1 in the environment the tests write it anew.
+// VANTREL_REWRITE_EXPECTED=1 in the environment the tests write it anew.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -38,7 +38,7 @@ TEST_P(ExpectedOutput, IsAsWrittenDown) {
                              "-- exit code " + std::to_string(answer.code) + "\n";
     const std::string path = std::string("tests/expected/ctl/") + item.name + ".txt";
     if (Testing::RewritesExpected()) Testing::WriteSourceFile(path, text);
-    ASSERT_TRUE(Testing::SourceFileExists(path)) << path << " is missing; VANTREL_REWRITE=1 writes it";
+    ASSERT_TRUE(Testing::SourceFileExists(path)) << path << " is missing; VANTREL_REWRITE_EXPECTED=1 writes it";
     EXPECT_EQ(Testing::ReadSourceFile(path), text);
 }
 
@@ -66,6 +66,7 @@ const Case kCases[] = {
     {"at_hierarchy", std::string(kNotepad) + "at 120 140 --hierarchy-only"},
     {"at_other_window", std::string(kNotepad) + "at 10 1050"},
     {"at_outside", std::string(kNotepad) + "--window '*Notepad' at 10 10"},
+    {"at_negative", std::string(kNotepad) + "at -5 10"},
     {"at_no_window", std::string(kNotepad) + "at 5000 10"},
     {"at_dom", std::string(kBrowser) + "at 150 230 --dom"},
     {"at_related", std::string(kBrowser) + "at 150 290 --related combo-box"},

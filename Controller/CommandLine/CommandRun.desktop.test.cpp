@@ -82,7 +82,7 @@ std::vector<std::string> SplitLine(const std::string& line) {
     return words;
 }
 
-bool RewritesExpected() { return std::getenv("VANTREL_REWRITE") != nullptr; }
+bool RewritesExpected() { return std::getenv("VANTREL_REWRITE_EXPECTED") != nullptr; }
 
 std::string ReadSourceFile(const std::string& path) {
     std::ifstream file(kRoot / path, std::ios::binary);

@@ -17,6 +17,8 @@ Value Checked(Loader::LoadResult<Value> result) {
     return std::move(*result);
 }
 
+constexpr std::chrono::milliseconds kCleaningUp{2'000};
+
 bool Holds(const RECT& rectangle, POINT point) { return ::PtInRect(&rectangle, point); }
 
 std::wstring UpperCase(std::wstring text) {
@@ -35,12 +37,15 @@ Session::Session(const GeneralOptions& options) : m_options(options) {
 
 Session::~Session() {
     if (!m_transport) return;
+    // A target that doesn't answer any more doesn't keep a person waiting twice.
+    const auto limit = std::min(m_options.timeout, kCleaningUp);
+    m_client->SetTimeout(limit);
     try {
         if (!m_stays) m_client->Call(UnregisterAllContainersByClientPidRequest{m_clientNumber, nullptr});
     } catch (...) {
         // The target keeps the elements until it ends; nothing else can be done about it here.
     }
-    if (!m_stays) m_transport->Target().Unload(m_options.timeout);
+    if (!m_stays) m_transport->Target().Unload(limit);
 }
 
 Loader::WindowInfo Session::Choose() {

@@ -13,17 +13,17 @@ ExitCode RunWindows(Session& session, const WindowsCommand& command, Output& out
             throw CommandFailure(none.Error());
     if (output.json) {
         JsonWriter json(output.out);
-        json.BeginArray();
+        json.BeginObject().Key("windows").BeginArray();
         for (const auto& window : windows) {
             json.BeginObject();
-            json.Key("handle").Text(std::string_view(HandleText(window.window)));
+            json.Key("handle").Number(static_cast<std::uint32_t>(reinterpret_cast<UINT_PTR>(window.window)));
             json.Key("process").Number(window.processId).Key("thread").Number(window.threadId);
             json.Key("title").Text(window.title).Key("class").Text(window.windowClass).Key("program").Text(window.processName);
             json.Key("bitness").Text(std::string_view(ToText(window.bitness))).Key("visible").Flag(window.visible);
             json.Key("rectangle").Rectangle(window.rectangle);
             json.EndObject();
         }
-        json.EndArray().Finish();
+        json.EndArray().EndObject().Finish();
     } else {
         for (const auto& window : windows) {
             output.out << HandleText(window.window) << "  pid " << window.processId << "  " << ToText(window.bitness) << "  "

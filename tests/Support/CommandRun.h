@@ -20,7 +20,7 @@ CommandAnswer RunCommand(const std::vector<std::string>& arguments);
 // A line as a person types it, with '...' and "..." around words with blanks; no other rule of a shell.
 std::vector<std::string> SplitLine(const std::string& line);
 
-// Whether VANTREL_REWRITE is set: then what is written down is brought up to date in place of being compared.
+// Whether VANTREL_REWRITE_EXPECTED is set: then what is written down is brought up to date in place of being compared.
 bool RewritesExpected();
 
 std::string ReadSourceFile(const std::string& path);
