@@ -23,7 +23,7 @@ constexpr std::array<std::wstring_view, 31> States = {
     L"unavailable", L"selected", L"focused", L"pressed", L"checked", L"mixed", L"read only", L"hot tracked",
     L"default", L"expanded", L"collapsed", L"busy", L"floating", L"marqueed", L"animated", L"invisible",
     L"offscreen", L"sizeable", L"moveable", L"self voicing", L"focusable", L"selectable", L"linked", L"traversed",
-    L"multiple selectable", L"extended selectable", L"alert low", L"alert medium", L"alert high", L"protected",
+    L"multi selectable", L"extended selectable", L"alert low", L"alert medium", L"alert high", L"protected",
     L"has popup"};
 static_assert(States.back() == L"has popup");
 
