@@ -63,7 +63,7 @@ class Archive {
 public:
     // Variants of arrays of variants deeper than this are refused in both directions. Each level costs stack, here
     // and in the system's own recursive clearing and copying, and requests run on threads of programs that may have
-    // given them as little as 256 KiB. Nothing in the field nests deeper than 3.
+    // given them as little as 256 KiB. No request or response of ours nests variants at all.
     static constexpr int kMaximumVariantNesting = 128;
     // What a writer of an ordinary response asks for.
     static constexpr std::int32_t kResponsePayloadHint = 64;
