@@ -19,6 +19,7 @@
 #include <commctrl.h>
 #include <evntprov.h>
 #include <knownfolders.h>
+#include <msxml.h>
 #include <shlobj.h>
 #else
 #include "Platform/Simulated/Sdk/Accessibility.h"
@@ -27,9 +28,12 @@
 #include "Platform/Simulated/Sdk/CommonControls.h"
 #include "Platform/Simulated/Sdk/Com.h"
 #include "Platform/Simulated/Sdk/System.h"
+#include "Platform/Simulated/Sdk/Threads.h"
 #include "Platform/Simulated/Sdk/Types.h"
 #include "Platform/Simulated/Sdk/User.h"
+#include "Platform/Simulated/Sdk/Xml.h"
 #endif
 
+#include "Platform/HtmlInterfaces.h"
 #include "Platform/IAccessible2.h"
 #include "Platform/InterfaceIds.h"

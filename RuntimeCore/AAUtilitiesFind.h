@@ -6,7 +6,7 @@
 
 namespace Zorvex::AAUtil {
 
-// The search gives up after this many elements: the tree under the window may have no end.
+// A search without a time limit gives up after this many elements: the tree may have no end, and each that waits is held.
 constexpr LONG MaximumSearchedElements = 1'000'000;
 
 // The first element of that role under the window, level by level, down to `maxDepthToSearch` levels below the

@@ -5,6 +5,7 @@
 #include "RuntimeCore/AAUtilitiesOwnerWindow.h"
 #include "RuntimeCore/AccChildReaders.h"
 #include "RuntimeCore/CompareAAObjects.h"
+#include "RuntimeCore/Requests/RequestFlags.h"
 
 namespace Zorvex::AAUtil {
 
@@ -15,7 +16,7 @@ LONG GetIndexInSiblings(HWND hWnd, IAccessible* acc, const VARIANT& child, IAcce
     // An only child is the first one, whatever it is.
     if (children.size() < 2) return 0;
     Timer timer(timeoutMs);
-    const bool allowFallback = (flags & SiblingWindowFallbackFlags) != 0;
+    const bool allowFallback = (flags & (AncestryStrictOwner | AncestryOwnerFallback)) != 0;
     outSiblings.reserve(children.size() - 1);
     LONG index = -1;
     for (std::size_t position = 0; position < children.size(); ++position) {
@@ -28,6 +29,8 @@ LONG GetIndexInSiblings(HWND hWnd, IAccessible* acc, const VARIANT& child, IAcce
             index = static_cast<LONG>(position);
             continue;
         }
+        // It has its place, but there is nothing to hand out.
+        if (!candidate.IsValid()) continue;
         outSiblings.push_back({GetIAccOwnerWindow(hWnd, candidate.container, allowFallback), candidate.container, candidate.childId});
     }
     return index;

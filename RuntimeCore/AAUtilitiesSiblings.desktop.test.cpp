@@ -65,6 +65,16 @@ TEST_F(Siblings, OfAStrangerAreAllChildren) {
     EXPECT_EQ(Names(), L"ABC");
 }
 
+TEST_F(Siblings, ThatAreNoElementsCountButDoNotComeOut) {
+    Simulated::Fault odd;
+    odd.call = "QueryInterface";
+    odd.iid = "IAccessible";
+    odd.result = E_NOINTERFACE;
+    desktop.AddFault("a", odd);
+    EXPECT_EQ(Index("c", "bar"), 2);
+    EXPECT_EQ(Names(), L"B");
+}
+
 TEST_F(Siblings, ComeWithTheirWindows) {
     Index("a", "bar");
     ASSERT_EQ(siblings.size(), 2u);

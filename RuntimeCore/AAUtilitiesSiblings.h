@@ -15,12 +15,10 @@ struct SiblingElement {
     CComVariant child;
 };
 
-// The flags of a selector under which a sibling's window may fall back to the initial one.
-constexpr DWORD SiblingWindowFallbackFlags = 0x100 | 0x800;
-
 // The index of the element among all children of `parent`, from 0, or -1 if none is the element. Every other
-// child comes out in `outSiblings`, in order. A parent with fewer than two children gives 0 and no siblings,
-// without a comparison. When `timeoutMs` is used up, what was found so far stands.
+// child that is an element comes out in `outSiblings`, in order. A parent with fewer than two children gives 0 and no siblings,
+// without a comparison. `flags`: AncestryFlags, of which AncestryStrictOwner and AncestryOwnerFallback each let a
+// sibling's window fall back to `hWnd`. When `timeoutMs` is used up, what was found so far stands.
 LONG GetIndexInSiblings(HWND hWnd, IAccessible* acc, const VARIANT& child, IAccessible* parent, DWORD flags, LONG timeoutMs,
                         std::vector<SiblingElement>& outSiblings);
 

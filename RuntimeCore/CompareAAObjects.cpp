@@ -10,6 +10,7 @@
 #include "Common/include/CComVariant.h"
 #include "Common/include/Log.h"
 #include "Common/include/VariantEquals.h"
+#include "RuntimeCore/AAUtilitiesFind.h"
 
 namespace Zorvex {
 
@@ -311,7 +312,9 @@ bool IsDescendantOfWnd(HWND hWnd, IAccessible* acc, const VARIANT& child, BOOL& 
         LogError("IsDescendantOfWnd: AccessibleObjectFromWindow failed");
         return false;
     }
+    LONG visitedElements = 0;
     AAObjectWrapper::WalkDescendantsBfs(windowObject, [&](const AAObjectWrapper& visited) {
+        if (++visitedElements > AAUtil::MaximumSearchedElements) return AATreeVisitResult::Stop;
         if (!CompareAAObjects(visited.container, visited.childId, acc, child, FALSE)) return AATreeVisitResult::Continue;
         isDescendant = TRUE;
         return AATreeVisitResult::Stop;

@@ -67,6 +67,20 @@ TEST_F(IsDescendantOfWndTest, AWindowWithoutAnObjectIsLogged) {
     }
 }
 
+TEST(IsDescendantOfWndInARing, GivesUpAfterAMillionElements) {
+    // Each level has 20,000 elements, and the last of them leads to the next level.
+    std::string simple;
+    for (int id = 1; id < 20'000; ++id) simple += R"({"simple": true}, )";
+    DesktopFixture desktop(R"({"windows": [{"id": "main", "class": "x", "objects": {"window": {"id": "ring", "children": [)" + simple +
+                           R"({"element": "ring"}]}}}, {"id": "other", "class": "x"}]})");
+    LogCapture log(L"ERROR");
+    BOOL found = TRUE;
+    EXPECT_TRUE(IsDescendantOfWnd(desktop.Window("main"), desktop.WindowObject("other"), CComVariant(30'000), found));
+    EXPECT_FALSE(found);
+    EXPECT_EQ(desktop.Calls("ring", "AccessibleChildren"), 51);
+    EXPECT_EQ(desktop.OutstandingReferences(), 0);
+}
+
 TEST_F(IsDescendantOfWndTest, AFaultAtAnyCallLeavesNoReference) {
     for (int kind = 0; kind < 3; ++kind)
         for (unsigned nth = 1; nth < 120; ++nth) {

@@ -25,7 +25,7 @@ HRESULT CompareAccIdentities(IAccessible* acc1, const VARIANT& child1, IAccessib
 
 // Looks for the element below the window's accessible object. True says that the walk ran, and `isDescendant` what
 // it found. False: an invalid argument (`isDescendant` is left as it was) or a window without an accessible object.
-// Walks the whole subtree in the worst case, without a time limit.
+// Walks the whole subtree in the worst case, without a time limit, but no more than AAUtil::MaximumSearchedElements.
 bool IsDescendantOfWnd(HWND hWnd, IAccessible* acc, const VARIANT& child, BOOL& isDescendant);
 
 }  // namespace Zorvex

@@ -2,7 +2,7 @@
 
 #include "Common/UTILITY/NListControls.h"
 #include "Common/include/Log.h"
-#include "RuntimeCore/WindowKinds.h"
+#include "Common/UTILITY/WindowKinds.h"
 
 namespace Zorvex {
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <new>
+#include <string_view>
 
 #include "Common/include/Log.h"
 
@@ -10,7 +11,7 @@ namespace Zorvex::AAUtil {
 namespace {
 
 // Row r - 1 holds the text of role r.
-constexpr const wchar_t* Texts[LastRoleWithText] = {
+constexpr std::wstring_view Texts[LastRoleWithText] = {
     L"title bar", L"menu bar", L"scroll bar", L"grip", L"sound", L"cursor", L"caret", L"alert",
     L"window", L"client", L"popup menu", L"menu item", L"tool tip", L"application", L"document", L"pane",
     L"chart", L"dialog", L"border", L"grouping", L"separator", L"tool bar", L"status bar", L"table",
@@ -41,7 +42,7 @@ CString GetRoleAsText(LONG role) {
         ::GetRoleTextW(static_cast<DWORD>(role), psTemp.get(), PlatformTextCapacity);
         return psTemp.get();
     }
-    return Texts[role - 1];
+    return CString(Texts[role - 1]);
 }
 
 }  // namespace Zorvex::AAUtil

@@ -9,7 +9,7 @@ if(WIN32)
   target_compile_definitions(vantrel_flags INTERFACE WINVER=0x0A00 _WIN32_WINNT=0x0A00 __USE_MINGW_ANSI_STDIO=1)
   # The header-only helpers of the native system serve the cross build too, one by one: the rest of its headers
   # belongs to another platform.
-  foreach(helper nlohmann CLI)
+  foreach(helper nlohmann CLI stb)
     file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/helpers)
     file(CREATE_LINK /usr/include/${helper} ${CMAKE_BINARY_DIR}/helpers/${helper} SYMBOLIC)
   endforeach()

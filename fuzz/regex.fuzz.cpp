@@ -1,15 +1,20 @@
 // Input: a pattern, a NUL, a text, each byte one unit; a byte from 0xF0 on makes a unit beyond ASCII of the next one.
-// Whatever it is, compiling and matching end soon.
+// Whatever it is, compiling, matching and replacing end soon, and what matches the whole text is replaced.
 #include <cstdint>
+#include <cstdlib>
 #include <string>
 
 #include "RuntimeCore/Selectors/ValueMatcher/Regex.h"
+#include "RuntimeCore/Selectors/ValueMatcher/RegexReplacer.h"
 
 namespace {
 
 void Try(const std::wstring& pattern, const std::wstring& text, bool caseSensitive) {
     try {
-        Zorvex::Regex::Compile(pattern, caseSensitive).MatchesWhole(text);
+        const bool matches = Zorvex::Regex::Compile(pattern, caseSensitive).MatchesWhole(text);
+        const Zorvex::RegexReplacer replacer = Zorvex::RegexReplacer::Compile(pattern, caseSensitive);
+        if (replacer.Replace(text, L"$&") != text) std::abort();
+        if (matches && replacer.Replace(text, L"<$1$`$'$2>").find(L'<') == std::wstring::npos) std::abort();
     } catch (const Zorvex::RegexError&) {
     }
 }

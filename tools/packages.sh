@@ -7,8 +7,8 @@
 set -euo pipefail
 
 declare -A stage_packages=(
-  [native]="g++ clang cmake ninja-build ccache python3 libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev libcli11-dev"
-  [windows]="cmake ninja-build ccache python3 g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix googletest nlohmann-json3-dev libcli11-dev"
+  [native]="g++ clang cmake ninja-build ccache python3 libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev libcli11-dev libstb-dev"
+  [windows]="cmake ninja-build ccache python3 g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix googletest nlohmann-json3-dev libcli11-dev libstb-dev"
   [live]="wine wine64 xvfb xauth x11-utils x11-apps imagemagick"
   [picture]="librsvg2-bin"
   [coverage]="gcovr"

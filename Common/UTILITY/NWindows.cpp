@@ -114,6 +114,8 @@ bool IsListBoxWindow(HWND hWnd) {
     return name.View() == WindowClassNames::ListBox || MatchesStars(name.View(), WindowClassNames::WindowsFormsListBoxPattern);
 }
 
+bool IsCefBrowserWindow(HWND hWnd) { return MatchesStars(ClassName::Of(hWnd).View(), WindowClassNames::CefBrowser); }
+
 bool IsWpfWindow(HWND hWnd) { return ClassName::Of(hWnd).View().starts_with(WindowClassNames::WpfPrefix); }
 
 bool IsAdobeViewWindow(HWND hWnd) { return HasRealClass(hWnd, WindowClassNames::AdobeView); }
@@ -140,13 +142,24 @@ bool IsTopLevelWindow(HWND hWnd) {
     return !parent || parent == desktop;
 }
 
+HWND GetTopLevelWindow(HWND hWnd) {
+    const HWND desktop = ::GetDesktopWindow();
+    while (::IsWindow(hWnd)) {
+        const HWND parent = ::GetAncestor(hWnd, GA_PARENT);
+        if (!parent || parent == desktop) break;
+        hWnd = parent;
+    }
+    return hWnd;
+}
+
 bool HasStyleBits(HWND hWnd, DWORD mask, DWORD value) {
     return (static_cast<DWORD>(::GetWindowLongPtrW(hWnd, GWL_STYLE)) & mask) == value;
 }
 
 bool IsSameThread(HWND hWnd1, HWND hWnd2) {
-    const DWORD thread = ::GetWindowThreadProcessId(hWnd1, nullptr);
-    return thread != 0 && thread == ::GetWindowThreadProcessId(hWnd2, nullptr);
+    DWORD process1 = 0, process2 = 0;
+    const DWORD thread = ::GetWindowThreadProcessId(hWnd1, &process1);
+    return thread != 0 && thread == ::GetWindowThreadProcessId(hWnd2, &process2) && process1 == process2;
 }
 
 bool IsWindowHung(HWND hWnd) {

@@ -48,6 +48,7 @@ TEST(NWindows, ClassTestsCompareWithCase) {
     ExpectForClasses(NWindows::IsFirefoxWindow, {"MozillaWindowClass", "MozillaCompositorWindowClass"}, {"MozillaDialogClass"});
     ExpectForClasses(NWindows::IsIEServerWindow, {"Internet Explorer_Server"}, {"Internet Explorer_server"});
     ExpectForClasses(NWindows::IsWpfWindow, {"HwndWrapper[app.exe;;guid]", "HwndWrapper["}, {"hwndWrapper[app]", "HwndWrapper"});
+    ExpectForClasses(NWindows::IsCefBrowserWindow, {"CefBrowserWindow", "cefbrowserwindow", "CEFBROWSERWINDOW"}, {"CefBrowserWindow2", "CefBrowser"});
     ExpectForClasses(NWindows::IsAdobeViewWindow, {"AVL_AVView"}, {"AVPageView", "AcrobatSDIWindow"});
     ExpectForClasses(NWindows::IsAdobePageViewWindow, {"AVPageView"}, {"AVL_AVView"});
     ExpectForClasses(NWindows::IsAdobeFrameWindow, {"AcrobatSDIWindow"}, {"AVL_AVView"});
@@ -91,6 +92,7 @@ TEST(NWindows, EachClassTestLooksAtItsOwnOneOfTheTwoClasses) {
         EXPECT_FALSE(one.test(made.Window("w"))) << one.name;
     }
     const std::pair<ClassTest, const char*> ofTheClassItWasMadeWith[] = {{NWindows::IsWpfWindow, "HwndWrapper[a]"},
+                                                                    {NWindows::IsCefBrowserWindow, "CefBrowserWindow"},
                                                                     {NWindows::IsChromiumWidget, "Chrome_WidgetWin_1"}};
     for (const auto& [test, name] : ofTheClassItWasMadeWith) {
         DesktopFixture real(WindowOfClasses("Other", name));
@@ -144,6 +146,16 @@ TEST(NWindows, TopLevelWindowsAreTheDesktopAndItsChildren) {
     EXPECT_FALSE(NWindows::IsTopLevelWindow(nullptr));
 }
 
+TEST(NWindows, TopLevelWindowIsTheLastBelowTheDesktopAndAnOwnerIsNoParent) {
+    DesktopFixture desktop(Family);
+    for (const char* id : {"main", "pane", "leaf"})
+        EXPECT_EQ(NWindows::GetTopLevelWindow(desktop.Window(id)), desktop.Window("main")) << id;
+    EXPECT_EQ(NWindows::GetTopLevelWindow(desktop.Window("dialog")), desktop.Window("dialog"));
+    EXPECT_EQ(NWindows::GetTopLevelWindow(::GetDesktopWindow()), ::GetDesktopWindow());
+    EXPECT_EQ(NWindows::GetTopLevelWindow(NoWindow), NoWindow);
+    EXPECT_EQ(NWindows::GetTopLevelWindow(nullptr), nullptr);
+}
+
 TEST(NWindows, TheTopLevelOwnerIsTheTopOfTheChain) {
     DesktopFixture desktop(Family);
     const HWND main = desktop.Window("main");
@@ -179,6 +191,15 @@ TEST(NWindows, ThreadsAreCompared) {
     EXPECT_FALSE(NWindows::IsSameThread(desktop.Window("main"), desktop.Window("dialog")));
     EXPECT_FALSE(NWindows::IsSameThread(desktop.Window("main"), NoWindow));
     EXPECT_FALSE(NWindows::IsSameThread(NoWindow, NoWindow));
+    EXPECT_FALSE(NWindows::IsSameThread(nullptr, nullptr));
+}
+
+TEST(NWindows, ThreadsOfTwoProcessesAreNotTheSame) {
+    DesktopFixture desktop(R"({"processes": [{"id": 1, "path": "C:\\a.exe"}, {"id": 2, "path": "C:\\b.exe"}], "windows": [
+        {"id": "a", "class": "x", "process": 1, "thread": 7}, {"id": "b", "class": "x", "process": 2, "thread": 7},
+        {"id": "c", "class": "x", "process": 1, "thread": 7}]})");
+    EXPECT_FALSE(NWindows::IsSameThread(desktop.Window("a"), desktop.Window("b")));
+    EXPECT_TRUE(NWindows::IsSameThread(desktop.Window("a"), desktop.Window("c")));
 }
 
 TEST(NWindows, TheFirstDescendantWithClassAndTitleIsFound) {

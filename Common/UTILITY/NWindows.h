@@ -29,6 +29,8 @@ bool IsIEServerWindow(HWND hWnd);
 bool IsListBoxWindow(HWND hWnd);
 // By the class the window was made with.
 bool IsWpfWindow(HWND hWnd);
+// The window that holds a page embedded in Java. By the class it was made with, without regard to case.
+bool IsCefBrowserWindow(HWND hWnd);
 // The three classes of Adobe Reader, and any of them.
 bool IsAdobeViewWindow(HWND hWnd);
 bool IsAdobePageViewWindow(HWND hWnd);
@@ -41,9 +43,12 @@ HWND IsChromiumWidget(HWND hWnd);
 
 // The desktop window counts as top-level.
 bool IsTopLevelWindow(HWND hWnd);
+// The last window on the way up that is no child of another: the desktop doesn't count as a parent. A window that is
+// none comes back as it is.
+HWND GetTopLevelWindow(HWND hWnd);
 // (style & mask) == value
 bool HasStyleBits(HWND hWnd, DWORD mask, DWORD value);
-// Both windows belong to one thread; an invalid window belongs to none.
+// Both windows belong to one thread of one process; an invalid window belongs to none.
 bool IsSameThread(HWND hWnd1, HWND hWnd2);
 
 // True if the window doesn't answer a ping within 5,000 ms.

@@ -12,6 +12,7 @@ inline constexpr std::wstring_view IntermediateSoftwareWindow = L"Intermediate S
 inline constexpr std::wstring_view IntermediateD3DWindow = L"Intermediate D3D Window";
 inline constexpr std::wstring_view MozillaWindow = L"MozillaWindowClass";
 inline constexpr std::wstring_view MozillaCompositor = L"MozillaCompositorWindowClass";
+inline constexpr std::wstring_view CefBrowser = L"CefBrowserWindow";
 inline constexpr std::wstring_view IEServer = L"Internet Explorer_Server";
 
 // Controls and frames.

@@ -16,6 +16,10 @@ struct AAElement {
 
     // Says nothing about the window or the object still being alive.
     bool IsValid() const noexcept { return hWnd != nullptr && spAcc.p != nullptr && child.vt == VT_I4; }
+    // A window without an element in it.
+    bool NamesWindow() const noexcept {
+        return hWnd != nullptr && spAcc.p == nullptr && child.vt == VT_I4 && child.lVal == CHILDID_SELF;
+    }
 };
 
 }  // namespace Zorvex

@@ -7,7 +7,7 @@ namespace Zorvex::Controller {
 
 ExitCode RunCall(Session& session, const CallCommand& command, Output& output) {
     if (command.list) {
-        output.out << ListRequests();
+        output.out << (output.json ? ListRequestsAsJson() : ListRequests());
         return ExitCode::Done;
     }
     const auto id = FindRequest(command.request);

@@ -1,11 +1,17 @@
-// The whole command line on the shipped desktops. What each case prints is written down in tests/expected/ctl; with
-// VANTREL_REWRITE_EXPECTED=1 in the environment the tests write it anew.
+// The whole command line on the shipped desktops. Each file of tests/expected/ctl is a case: its first line is typed, the
+// rest is what that prints. With VANTREL_REWRITE_EXPECTED=1 in the environment the tests write the rest anew, so a new
+// case begins as a file of one line.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
 #include <filesystem>
-#include <set>
+#include <fstream>
+#include <sstream>
 
+#include "Controller/CommandLine/Commands.h"
 #include "Controller/CommandLine/RecordJson.h"
+#include "RuntimeCore/Requests/RequestId.h"
 #include "tests/Support/CommandRun.h"
 
 namespace Zorvex::Controller {
@@ -16,143 +22,105 @@ using Testing::RunCommand;
 using Testing::SplitLine;
 
 const char* const kNotepad = "--desktop tests/desktops/notepad.json ";
-const char* const kSettings = "--desktop tests/desktops/settings.json ";
-const char* const kBrowser = "--desktop tests/desktops/browser.json ";
-const char* const kRegistry = "--desktop tests/desktops/registry.json ";
 
 CommandAnswer Ctl(const std::string& line) { return RunCommand(SplitLine(line)); }
 
-struct Case {
-    const char* name;
-    std::string line;
-};
+constexpr const char* kCommand = "$ vantrel-ctl ";
 
-void PrintTo(const Case& item, std::ostream* out) { *out << item.line; }
+// The names of the files, which begin with the line of their case.
+std::vector<std::string> CaseNames() {
+    std::vector<std::string> names;
+    for (const auto& file : std::filesystem::directory_iterator(std::filesystem::path(VANTREL_SOURCE_DIR) / "tests/expected/ctl"))
+        if (file.path().extension() == ".txt") names.push_back(file.path().stem().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
 
-class ExpectedOutput : public ::testing::TestWithParam<Case> {};
+class ExpectedOutput : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(ExpectedOutput, IsAsWrittenDown) {
-    const Case& item = GetParam();
-    const CommandAnswer answer = Ctl(item.line);
-    const std::string text = "$ vantrel-ctl " + item.line + "\n" + answer.out + (answer.err.empty() ? "" : "-- messages\n" + answer.err) +
+    const std::string path = "tests/expected/ctl/" + GetParam() + ".txt";
+    const std::string expected = Testing::ReadSourceFile(path);
+    ASSERT_EQ(expected.rfind(kCommand, 0), 0u) << path << " doesn't begin with the line that is typed";
+    const std::string line = expected.substr(0, expected.find('\n')).substr(std::string(kCommand).size());
+    const CommandAnswer answer = Ctl(line);
+    const std::string text = kCommand + line + "\n" + answer.out + (answer.err.empty() ? "" : "-- messages\n" + answer.err) +
                              "-- exit code " + std::to_string(answer.code) + "\n";
-    const std::string path = std::string("tests/expected/ctl/") + item.name + ".txt";
     if (Testing::RewritesExpected()) Testing::WriteSourceFile(path, text);
-    ASSERT_TRUE(Testing::SourceFileExists(path)) << path << " is missing; VANTREL_REWRITE_EXPECTED=1 writes it";
     EXPECT_EQ(Testing::ReadSourceFile(path), text);
 }
 
-const Case kCases[] = {
-    {"help", "--help"},
-    {"help_find", "find --help"},
-    {"version", "--version"},
-    {"windows", std::string(kNotepad) + "windows"},
-    {"windows_json", std::string(kNotepad) + "--json windows"},
-    {"windows_all", std::string(kSettings) + "windows --all"},
-    {"tree_notepad", std::string(kNotepad) + "tree"},
-    {"tree_settings", std::string(kSettings) + "tree"},
-    {"tree_browser", std::string(kBrowser) + "tree"},
-    {"tree_registry", std::string(kRegistry) + "tree"},
-    {"tree_json", std::string(kNotepad) + "--json tree --depth 2"},
-    {"tree_depth", std::string(kNotepad) + "tree --depth 1"},
-    {"tree_cut", std::string(kNotepad) + "tree --max 5"},
-    {"tree_attributes", std::string(kBrowser) + "tree --attrs text,automationid --ids"},
-    {"tree_other_window", std::string(kNotepad) + "--handle 0x20104 tree"},
-    {"tree_by_process", std::string(kNotepad) + "--pid 1204 tree"},
-    {"tree_by_title", std::string(kNotepad) + "--window '*notepad' tree --depth 1"},
-    {"at", std::string(kNotepad) + "at 120 140"},
-    {"at_json", std::string(kNotepad) + "--json at 120 140"},
-    {"at_hit_test", std::string(kNotepad) + "at 120 140 --hit-test-only"},
-    {"at_hierarchy", std::string(kNotepad) + "at 120 140 --hierarchy-only"},
-    {"at_other_window", std::string(kNotepad) + "at 10 1050"},
-    {"at_outside", std::string(kNotepad) + "--window '*Notepad' at 10 10"},
-    {"at_negative", std::string(kNotepad) + "at -5 10"},
-    {"at_no_window", std::string(kNotepad) + "at 5000 10"},
-    {"at_dom", std::string(kBrowser) + "at 150 230 --dom"},
-    {"at_related", std::string(kBrowser) + "at 150 290 --related combo-box"},
-    {"attrs_window", std::string(kNotepad) + "attrs"},
-    {"attrs_selector", std::string(kSettings) + "attrs 'ctrl[name=\"Play sounds\" role=\"check box\"]'"},
-    {"attrs_at", std::string(kSettings) + "attrs at 390,225"},
-    {"attrs_handle", std::string(kNotepad) + "attrs 0x20102"},
-    {"attrs_native", std::string(kBrowser) + "attrs --native 'ctrl[name=Search]'"},
-    {"attrs_json", std::string(kBrowser) + "--json attrs --native 'ctrl[name=Search]'"},
-    {"attrs_stale", std::string(kNotepad) + "attrs 0x10102:9999999:0:0:1:0x10102"},
-    {"attrs_no_such", std::string(kNotepad) + "attrs 'ctrl[name=Nowhere]'"},
-    {"attrs_mistake", std::string(kNotepad) + "attrs 'ctrl[name'"},
-    {"find", std::string(kNotepad) + "find 'ctrl[name=File]'"},
-    {"find_json", std::string(kNotepad) + "--json find 'ctrl[name=File]'"},
-    {"find_all", std::string(kBrowser) + "find --all 'ctrl[role=link]'"},
-    {"find_max", std::string(kBrowser) + "find --max 2 'ctrl[role=link]'"},
-    {"find_index", std::string(kBrowser) + "find 'ctrl[role=link idx=3]'"},
-    {"find_ignore_index", std::string(kBrowser) + "find --policy ignore-index 'ctrl[role=link idx=3]'"},
-    {"find_fuzzy_best", std::string(kBrowser) + "find --policy best 'ctrl[name~\"Customers\":0.6]'"},
-    {"find_regex", std::string(kBrowser) + "find --all 'ctrl[name=/\\d+ May/]'"},
-    {"find_chain", std::string(kBrowser) + "find --all 'ctrl[role=table] ctrl[role=row idx=2] ctrl[role=cell]'"},
-    {"find_children", std::string(kNotepad) + "find '> ctrl[role=\"menu bar\"] > ctrl[name=View]'"},
-    {"find_states", std::string(kSettings) + "find --all 'ctrl[aastate=\"checked\"]'"},
-    {"find_visible", std::string(kSettings) + "find --visible 'ctrl[name=\"High contrast\"]'"},
-    {"find_from", std::string(kBrowser) + "find --all --from 'ctrl[role=table]' 'ctrl[role=\"column header\"]'"},
-    {"find_nothing", std::string(kBrowser) + "find 'ctrl[role=table] ctrl[role=cell name=Bern]'"},
-    {"find_nothing_json", std::string(kBrowser) + "--json find 'ctrl[role=table] ctrl[role=cell name=Bern]'"},
-    {"find_nothing_first", std::string(kNotepad) + "find 'ctrl[name=Fiel]'"},
-    {"find_nothing_fuzzy", std::string(kNotepad) + "find 'ctrl[name~\"Windows (LF)\":0.95]'"},
-    {"find_nothing_index", std::string(kBrowser) + "find 'ctrl[role=link idx=30]'"},
-    {"find_nothing_score", std::string(kNotepad) + "find --min-score 0.99 'ctrl[name~\"Fill\":0.5]'"},
-    {"find_nothing_states", std::string(kSettings) + "find 'ctrl[name=\"Play sounds\" aastate=\"checked, focused\"]'"},
-    {"find_mistake", std::string(kNotepad) + "find 'ctrl[nmae=File]'"},
-    {"find_mistake_quote", std::string(kNotepad) + "find 'ctrl[name=/File]'"},
-    {"find_other_technology", std::string(kNotepad) + "find 'html[name=File]'"},
-    {"call_by_name", std::string(kNotepad) + "call aaNameFromWindow"},
-    {"call_by_number", std::string(kNotepad) + "call 22 '{\"window\": \"0x20102\"}'"},
-    {"call_search", std::string(kNotepad) + "call FindSelectors '{\"selectors\": [\"ctrl[name=File]\", {\"tags\": [{\"kind\": \"ctrl\", "
-                                            "\"attributes\": {\"name\": {\"value\": \"fi.*\", \"matching\": \"regex\", \"caseSensitive\": false}, "
-                                            "\"idx\": 1}}], \"options\": {\"maxResults\": 1}}]}'"},
-    {"call_search_fails", std::string(kNotepad) + "call FindSelectors '{\"selectors\": [{\"selector\": \"ctrl[role=window] ctrl[name=x]\", "
-                                                  "\"options\": {\"keepIntermediateOnError\": true}}]}'"},
-    {"call_point", std::string(kNotepad) + "call FindElemFromPoint '{\"point\": {\"x\": 120, \"y\": 140}, \"flags\": 3}'"},
-    {"call_list", "call --list"},
-    {"call_unknown", std::string(kNotepad) + "call FindSelector"},
-    {"call_no_json", std::string(kNotepad) + "call 22 '{'"},
-    {"call_wrong_field", std::string(kNotepad) + "call 22 '{\"windwo\": 1}'"},
-    {"call_wrong_type", std::string(kNotepad) + "call 20 '{\"selectors\": [{\"options\": {\"scope\": \"x\"}}]}'"},
-    {"call_wrong_selector", std::string(kNotepad) + "call 20 '{\"selectors\": [\"ctrl[\"]}'"},
-    {"call_not_served", std::string(kNotepad) + "call Scrape"},
-    {"picture", std::string(kNotepad) + "picture - --outline 'ctrl[name=File]'"},
-    {"record", std::string(kNotepad) + "record -"},
-    {"unload", std::string(kNotepad) + "unload"},
-    {"no_command", std::string(kNotepad)},
-    {"unknown_command", "frobnicate"},
-    {"unknown_option", "windows --frobnicate"},
-    {"two_targets", std::string(kNotepad) + "--pid 1000 --window x tree"},
-    {"wrong_number", std::string(kNotepad) + "--timeout x tree"},
-    {"wrong_handle", std::string(kNotepad) + "--handle wide tree"},
-    {"no_such_window", std::string(kNotepad) + "--window 'letter.doc*' tree"},
-    {"no_such_process", std::string(kNotepad) + "--pid 77 tree"},
-    {"no_such_handle", std::string(kNotepad) + "--handle 0x7777 tree"},
-    {"no_such_file", "--desktop tests/desktops/nowhere.json tree"},
-    {"no_desktop_file", "--desktop tests/expected/ctl/broken.json tree"},
-    {"launch_on_desktop", std::string(kNotepad) + "--launch notepad tree"},
-    {"no_live_windows", "windows"},
-    {"no_window_said", "tree"},
-};
+INSTANTIATE_TEST_SUITE_P(CommandLine, ExpectedOutput, ::testing::ValuesIn(CaseNames()),
+                         [](const auto& info) { return info.param; });
 
-INSTANTIATE_TEST_SUITE_P(CommandLine, ExpectedOutput, ::testing::ValuesIn(kCases),
-                         [](const auto& info) { return std::string(info.param.name); });
-
-TEST(CommandLine, EveryExpectedFileBelongsToACase) {
-    std::set<std::string> names{"broken.json"};
-    for (const Case& item : kCases) names.insert(std::string(item.name) + ".txt");
-    for (const auto& file : std::filesystem::directory_iterator(std::filesystem::path(VANTREL_SOURCE_DIR) / "tests/expected/ctl"))
-        EXPECT_TRUE(names.count(file.path().filename().string())) << file.path();
+// Every request stands in the table of the page, with a command that there is.
+TEST(CommandLine, EveryRequestHasItsCommandInTheTable) {
+    const std::string document = Testing::ReadSourceFile("docs/command-line.md");
+    const std::string help = Ctl("--help").out;
+    for (std::uint32_t number = 0; number < 40; ++number) {
+        const std::string name = std::string(ToText(static_cast<RequestId>(number))).substr(std::string("RequestId::").size());
+        const std::string row = "| " + std::to_string(number) + " | `" + name + "` | `";
+        const std::size_t place = document.find(row);
+        ASSERT_NE(place, std::string::npos) << row;
+        const std::string command = document.substr(place + row.size(), document.find('`', place + row.size()) - place - row.size());
+        EXPECT_NE(help.find("\n  " + command.substr(0, command.find(' ')) + " "), std::string::npos) << command;
+        if (command.rfind("call ", 0) == 0) { EXPECT_EQ(command, "call " + name); }
+    }
 }
 
 TEST(CommandLine, ExitCodesTellWhatHappened) {
     EXPECT_EQ(Ctl(std::string(kNotepad) + "find ctrl[name=File]").code, 0);
     EXPECT_EQ(Ctl(std::string(kNotepad) + "find ctrl[name=Nowhere]").code, 1);
-    EXPECT_EQ(Ctl(std::string(kNotepad) + "call Scrape").code, 1);
     EXPECT_EQ(Ctl(std::string(kNotepad) + "find ctrl[").code, 2);
     EXPECT_EQ(Ctl("--desktop nowhere.json tree").code, 3);
     EXPECT_EQ(Ctl(std::string(kNotepad) + "--window nowhere tree").code, 3);
+}
+
+TEST(CommandLine, AnAnswerThatCannotBeWrittenIsAFailure) {
+    std::ostringstream out, err;
+    out.setstate(std::ios::badbit);
+    EXPECT_EQ(RunCommandLine({"call", "--list"}, out, err), 3);
+    EXPECT_EQ(err.str(), "the answer can't be written to the standard output\n");
+}
+
+TEST(CommandLine, PlacesAtTheEndsOfTheNumbersAreDrawnAndRecorded) {
+    const std::string file = (std::filesystem::temp_directory_path() / "vantrel-vast-places.json").string();
+    std::ofstream(file) << R"({"format": "vantrel-desktop/1", "windows": [{"id": "w", "class": "Dialog", "rectangle": [-2000000000, 5, 400, 300],
+        "objects": {"client": {"rectangle": [-2000000000, 5, 400, 300], "children": [
+            {"role": "push button", "name": "vast", "rectangle": [2000000000, 10, 100, 20]},
+            {"role": "push button", "name": "round", "rectangle": [-2000000000, 10, 100, 20],
+             "faults": [{"call": "accLocation", "count": 2147483647}]}]}}}]})";
+    const CommandAnswer picture = Ctl("--desktop " + file + " picture -");
+    EXPECT_EQ(picture.code, 0) << picture.err;
+    EXPECT_NE(picture.out.find("x=\"4000000000\""), std::string::npos) << picture.out;
+    const CommandAnswer recorded = Ctl("--desktop " + file + " record -");
+    EXPECT_EQ(recorded.code, 0) << recorded.err;
+    EXPECT_NE(recorded.out.find("2147483647"), std::string::npos) << recorded.out;
+    std::filesystem::remove(file);
+}
+
+TEST(CommandLine, ASearchOfAnEndlessTreeEndsByItsTimeOut) {
+    const std::string file = (std::filesystem::temp_directory_path() / "vantrel-endless.json").string();
+    std::ofstream(file) << R"({"format": "vantrel-desktop/1", "windows": [{"id": "w", "class": "Dialog", "rectangle": [0, 0, 100, 100],
+        "objects": {"client": {"children": [{"role": "list", "name": "more", "endless": true}]}}}]})";
+    const auto start = std::chrono::steady_clock::now();
+    const CommandAnswer answer = Ctl("--desktop " + file + " --timeout 500 find ctrl[name=Nowhere]");
+    EXPECT_EQ(answer.code, 1);
+    EXPECT_NE(answer.out.find("not found: tag 1 of 1"), std::string::npos) << answer.out;
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(30));
+    std::filesystem::remove(file);
+}
+
+TEST(CommandLine, ADesktopWithoutWindowsSaysSo) {
+    const std::string file = (std::filesystem::temp_directory_path() / "vantrel-no-windows.json").string();
+    std::ofstream(file) << R"({"format": "vantrel-desktop/1", "windows": []})";
+    const CommandAnswer listed = Ctl("--desktop " + file + " windows"), all = Ctl("--desktop " + file + " --json windows --all");
+    EXPECT_EQ(listed.code, 1);
+    EXPECT_EQ(listed.err, "there is no visible window\n");
+    EXPECT_EQ(all.err, "there is no window\n");
+    EXPECT_EQ(all.out, "{\n \"windows\": []\n}\n");
+    EXPECT_EQ(Ctl("--desktop " + file + " tree").code, 3);
+    std::filesystem::remove(file);
 }
 
 TEST(CommandLine, LogLinesOfTheServerAreShownOnlyWhenAskedFor) {

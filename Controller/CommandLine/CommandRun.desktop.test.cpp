@@ -1,4 +1,5 @@
 // The helpers of tests/Support/CommandRun.h: they stand here because they need the controller.
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -134,6 +135,8 @@ std::string TerminalAnswer(const std::string& line) {
     words.erase(words.begin());
     const CommandAnswer answer = RunCommand(words);
     std::string text = answer.out + answer.err;
+    // A terminal shows no carriage return.
+    text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
     if (!text.empty() && text.back() != '\n') text += '\n';
     return text;
 }

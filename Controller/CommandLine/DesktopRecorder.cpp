@@ -24,8 +24,11 @@ constexpr std::array<LONG, 7> kObjectIds = {-1, -2, -3, -4, -5, -6, -7};
 constexpr LONG kWindowObject = 0, kClientObject = -4;
 constexpr LONG kAutomationId = 30011, kLabeledBy = 30018;
 
+// The other way round than a location became a rectangle: a sum that went round comes back as it was.
+LONG Extent(LONG from, LONG to) { return static_cast<LONG>(static_cast<std::uint32_t>(to) - static_cast<std::uint32_t>(from)); }
+
 Simulated::Rectangle PlaceOf(const RECT& rectangle) {
-    return {rectangle.left, rectangle.top, rectangle.right - rectangle.left, rectangle.bottom - rectangle.top};
+    return {rectangle.left, rectangle.top, Extent(rectangle.left, rectangle.right), Extent(rectangle.top, rectangle.bottom)};
 }
 
 // A text of any length that a window function fills.

@@ -80,7 +80,6 @@ ExitCode RunAt(Session& session, const AtCommand& command, Output& output) {
 }
 
 ExitCode RunAttrs(Session& session, const AttrsCommand& command, Output& output) {
-    session.Open();
     const AAObjectIdentifier element = FindTarget(session, command.target);
     JsonWriter json(output.out);
     if (output.json) json.BeginObject().Key("identifier").Text(std::string_view(IdentifierText(element)));

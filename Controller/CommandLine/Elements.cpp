@@ -15,6 +15,9 @@ namespace {
 // So many elements a request keep each request's answer small and each request short.
 constexpr std::size_t kBatch = 500;
 
+// A selector whose wnd tags fit more windows is searched for in the first ones.
+constexpr std::size_t kSearchedWindows = 20;
+
 template <class Use>
 bool EachNumber(const VARIANT& value, Use use) {
     if (!(value.vt & VT_ARRAY) || !value.parray || ::SafeArrayGetDim(value.parray) != 1) return false;
@@ -36,16 +39,27 @@ bool EachNumber(const VARIANT& value, Use use) {
     return true;
 }
 
+// One coordinate; `text` moves behind it. False if there is none that 32 bits hold.
+bool ReadCoordinate(const char*& text, LONG& coordinate) {
+    char* end = nullptr;
+    const long long number = std::strtoll(text, &end, 10);
+    if (end == text || number < INT32_MIN || number > INT32_MAX) return false;
+    coordinate = static_cast<LONG>(number);
+    text = end;
+    return true;
+}
+
+// "at 10,20", also with blanks, or with a blank in place of the comma.
 std::optional<POINT> ReadPoint(const std::wstring& text) {
     if (text.rfind(L"at ", 0) != 0) return std::nullopt;
     const std::string numbers = NarrowText(std::wstring_view(text).substr(3));
-    char* end = nullptr;
+    const char* rest = numbers.c_str();
     POINT point{};
-    point.x = static_cast<LONG>(std::strtol(numbers.c_str(), &end, 10));
-    if (end == numbers.c_str() || *end != ',') return std::nullopt;
-    const char* second = end + 1;
-    point.y = static_cast<LONG>(std::strtol(second, &end, 10));
-    if (end == second || *end) return std::nullopt;
+    if (!ReadCoordinate(rest, point.x)) return std::nullopt;
+    const char* const between = rest;
+    while (*rest == ' ') ++rest;
+    if (*rest == ',') ++rest;
+    if (rest == between || !ReadCoordinate(rest, point.y) || *rest) return std::nullopt;
     return point;
 }
 
@@ -147,24 +161,35 @@ std::vector<AAObjectIdentifier> Search(Session& session, const AAObjectIdentifie
     return elements;
 }
 
+Search::ResultPolicy PolicyFor(const TagList& tags) {
+    const bool fuzzy = std::any_of(tags.begin(), tags.end(), [](const auto& tag) { return tag->HasFuzzyAttributes(); });
+    return fuzzy ? Search::ResultPolicy::BestMatch : Search::ResultPolicy::FirstMatch;
+}
+
+std::vector<HWND> OpenWindows(Session& session, const SplitSelector& selector) {
+    if (selector.windows.empty()) {
+        session.Open();
+        return {session.Window().window};
+    }
+    std::vector<HWND> top;
+    if (session.HasChoice()) top.push_back(session.Choose().window);
+    FoundWindows found = FindWindows(session.System(), selector.windows, selector.scope, top);
+    if (found.windows.empty()) throw CommandFailure(ExitCode::NotFound, NoWindowText(found, selector.windows));
+    found.windows.resize(std::min(found.windows.size(), kSearchedWindows));
+    session.MoveTo(found.windows.front());
+    return std::move(found.windows);
+}
+
+AAObjectIdentifier WindowElement(Session& session, HWND window) {
+    const auto element = session.Call(GetObjectIdFromWindowRequest{session.ClientNumber(), window}).element;
+    if (element == AAObjectIdentifier{}) throw CommandFailure(ExitCode::NotFound, "the window has no accessible element");
+    return element;
+}
+
 AAObjectIdentifier FindTarget(Session& session, const TargetName& name) {
-    if (name.text.empty()) {
-        const auto element = session.Call(GetObjectIdFromWindowRequest{session.ClientNumber(), session.Window().window}).element;
-        if (element == AAObjectIdentifier{}) throw CommandFailure(ExitCode::NotFound, "the window has no accessible element");
-        return element;
-    }
-    if (const auto identifier = ReadIdentifier(name.text)) {
-        if (!session.Call(IsValidIdentifierRequest{{*identifier}}).answer)
-            throw CommandFailure(ExitCode::NotFound, "the identifier " + NarrowText(name.text) +
-                                                         " isn't known (any more): identifiers outlive one command with --keep alone");
-        return *identifier;
-    }
-    if (const auto handle = ReadHandle(name.text)) {
-        const auto element = session.Call(GetObjectIdFromWindowRequest{session.ClientNumber(), *handle}).element;
-        if (element == AAObjectIdentifier{}) throw CommandFailure(ExitCode::NotFound, "the window has no accessible element");
-        return element;
-    }
-    if (const auto point = ReadPoint(name.text)) {
+    const auto point = ReadPoint(name.text);
+    if (point) {
+        session.OpenAt(*point);
         FindElemFromPointRequest request;
         request.clientPid = session.ClientNumber();
         request.window = session.Window().window;
@@ -174,18 +199,38 @@ AAObjectIdentifier FindTarget(Session& session, const TargetName& name) {
         if (element == AAObjectIdentifier{}) throw CommandFailure(ExitCode::NotFound, "there is no element " + NarrowText(name.text));
         return element;
     }
+    if (name.text.empty()) {
+        session.Open();
+        return WindowElement(session, session.Window().window);
+    }
+    if (const auto identifier = ReadIdentifier(name.text)) {
+        session.Open();
+        if (!session.Call(IsValidIdentifierRequest{{*identifier}}).answer)
+            throw CommandFailure(ExitCode::NotFound, "the identifier " + NarrowText(name.text) +
+                                                         " isn't known (any more): identifiers outlive one command with --keep alone");
+        return *identifier;
+    }
+    if (const auto handle = ReadHandle(name.text)) {
+        session.Open();
+        return WindowElement(session, *handle);
+    }
     Selector selector;
     SelectorTextError error;
     if (!ParseSelector(name.text, selector, error))
         throw CommandFailure(ExitCode::WrongArguments, "this is no identifier, no handle, no at X,Y, and no selector:\n" + NarrowText(error.Show(name.text)));
-    Search::SelectorEntry entry;
-    entry.tags = selector.tags;
-    entry.options.scope = selector.scope;
-    entry.options.maxResults = 1;
-    const auto found = Search(session, session.Root(), std::move(entry));
-    if (found.empty())
-        throw CommandFailure(ExitCode::NotFound, "no element fits " + NarrowText(WriteSelector(selector)) + "; the command find tells more");
-    return found.front();
+    const SplitSelector split = Split(selector);
+    for (const HWND window : OpenWindows(session, split)) {
+        session.MoveTo(window);
+        if (split.elements.empty()) return WindowElement(session, window);
+        Search::SelectorEntry entry;
+        entry.tags = split.elements;
+        entry.options.scope = split.ElementSelector().scope;
+        entry.options.maxResults = 1;
+        entry.options.resultPolicy = PolicyFor(split.elements);
+        const auto found = Search(session, session.Root(), std::move(entry));
+        if (!found.empty()) return found.front();
+    }
+    throw CommandFailure(ExitCode::NotFound, "no element fits " + NarrowText(WriteSelector(selector)) + "; the command find tells more");
 }
 
 }  // namespace Zorvex::Controller

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Controller/CommandLine/Session.h"
+#include "Controller/CommandLine/WindowTags.h"
 
 namespace Zorvex::Controller {
 
@@ -36,9 +37,20 @@ std::string ViewText(const ElementView& view);
 // The fields of an object that was begun.
 void WriteView(class JsonWriter& json, const ElementView& view);
 
-// The element that a person named. Throws CommandFailure: a mistake in a selector with its column, nothing found, an
-// identifier that isn't known any more.
+// The element that a person named, in a session that is opened at its window if it isn't open. Throws CommandFailure: a
+// mistake in a selector with its column, nothing found, an identifier that isn't known any more.
 AAObjectIdentifier FindTarget(Session& session, const TargetName& name);
+
+// Among elements that resemble what is wanted the best is meant, among equals the first.
+Search::ResultPolicy PolicyFor(const TagList& tags);
+
+// Opens the session for a selector, and answers the windows to search in, one after another: those that its wnd tags
+// name, which begin at the chosen window if one was chosen, or the chosen window itself. Never empty: throws
+// CommandFailure where there is none.
+std::vector<HWND> OpenWindows(Session& session, const SplitSelector& selector);
+
+// The window's own element. Throws CommandFailure where it has none.
+AAObjectIdentifier WindowElement(Session& session, HWND window);
 
 // The elements that a search below `root` gives, in the tree's order.
 std::vector<AAObjectIdentifier> Search(Session& session, const AAObjectIdentifier& root, Search::SelectorEntry entry);

@@ -167,12 +167,13 @@ void PrintReport(const SearchReport& report, const Selector& selector, const Fin
     for (std::size_t i = 0; i < report.matchedByTag.size(); ++i)
         out << "  tag " << i + 1 << ", " << NarrowText(WriteTag(*selector.tags[i])) << ", matched " << elements(report.matchedByTag[i]) << '\n';
     if (report.fitting) {
-        out << "  the attributes fit " << elements(report.fitting) << "; kept from being found by";
+        std::string reasons;
         const auto index = std::dynamic_pointer_cast<NumberValue>(selector.tags[report.failedTag]->GetAttribute(L"idx"));
-        if (index && index->GetEnabled()) out << " idx=" << index->GetValue() << ',';
-        if (command.visibleOnly) out << " --visible,";
-        if (command.minimumScore > 0) out << " --min-score " << ScoreText(command.minimumScore) << ',';
-        out << " or the time-out\n";
+        if (index && index->GetEnabled()) reasons += "idx=" + std::to_string(index->GetValue()) + ", ";
+        if (command.visibleOnly) reasons += "--visible, ";
+        if (command.minimumScore > 0) reasons += "--min-score " + ScoreText(command.minimumScore) + ", ";
+        out << "  the attributes fit " << elements(report.fitting) << "; kept from being found by " << reasons
+            << (reasons.empty() ? "" : "or ") << "the time-out\n";
     }
     if (report.nearest.empty()) return;
     out << "nearest:\n";

@@ -11,14 +11,25 @@ namespace Zorvex::Controller {
 
 namespace {
 
-Selector Parsed(const std::wstring& text) {
+SplitSelector Parsed(const std::wstring& text) {
     Selector selector;
     SelectorTextError error;
     if (!ParseSelector(text, selector, error)) throw CommandFailure(ExitCode::WrongArguments, NarrowText(error.Show(text)));
-    for (const auto& tag : selector.tags)
-        if (tag->GetTagKind() != TagKind::Aa)
-            throw CommandFailure(ExitCode::WrongArguments, "the search in a window knows ctrl tags alone, not " + NarrowText(WriteTag(*tag)));
-    return selector;
+    return Split(selector);
+}
+
+Search::SelectorEntry EntryOf(const Selector& selector, const FindCommand& command) {
+    Search::SelectorEntry entry;
+    entry.tags = selector.tags;
+    entry.options.scope = selector.scope;
+    entry.options.maxResults = command.maximum;
+    entry.options.resultPolicy = command.policy;
+    entry.options.minimumScore = command.minimumScore;
+    entry.options.acceptHidden = !command.visibleOnly;
+    // What can be seen or not decides nothing unless the person asks for it.
+    entry.options.acceptHiddenAtFirstLevel = !command.visibleOnly;
+    entry.options.keepIntermediateOnError = true;
+    return entry;
 }
 
 void ShowFound(const std::vector<Search::AaCrossProcessSearchResult>& results, const std::vector<ElementView>& views, Output& output) {
@@ -37,43 +48,61 @@ void ShowFound(const std::vector<Search::AaCrossProcessSearchResult>& results, c
         output.out << IdentifierText(results[i].identifier) << "  " << ScoreText(results[i].stats.mean) << "  " << ViewText(views[i]) << '\n';
 }
 
+// A selector of windows alone finds their own elements.
+ExitCode ShowWindows(Session& session, const std::vector<HWND>& windows, const FindCommand& command, Output& output) {
+    std::vector<Search::AaCrossProcessSearchResult> results;
+    std::vector<ElementView> views;
+    for (const HWND window : windows) {
+        if (results.size() == command.maximum) break;
+        session.MoveTo(window);
+        Search::AaCrossProcessSearchResult& result = results.emplace_back();
+        result.identifier = WindowElement(session, window);
+        result.stats.mean = 1;
+        views.push_back(ReadViews(session, {result.identifier}).front());
+    }
+    ShowFound(results, views, output);
+    return ExitCode::Done;
+}
+
 }  // namespace
 
 ExitCode RunFind(Session& session, const FindCommand& command, Output& output) {
-    const Selector selector = Parsed(command.selector);
-    session.Open();
-    FindSelectorsRequest request;
-    request.root = command.from.text.empty() ? session.Root() : FindTarget(session, command.from);
-    request.timeoutMilliseconds = session.SearchMilliseconds();
-    Search::SelectorEntry& entry = request.selectors.emplace_back();
-    entry.tags = selector.tags;
-    entry.options.scope = selector.scope;
-    entry.options.maxResults = command.maximum;
-    entry.options.resultPolicy = command.policy;
-    entry.options.minimumScore = command.minimumScore;
-    entry.options.acceptHidden = !command.visibleOnly;
-    // What can be seen or not decides nothing unless the person asks for it.
-    entry.options.acceptHiddenAtFirstLevel = !command.visibleOnly;
-    entry.options.keepIntermediateOnError = true;
-    const auto response = session.Call(request);
-    if (!response.success || response.results.empty())
-        throw CommandFailure(ExitCode::NotFound, "the server has no element to search from: the window is gone, or not accessible");
+    const SplitSelector split = Parsed(command.selector);
+    const bool fromElement = !command.from.text.empty();
+    if (fromElement && !split.windows.empty())
+        throw CommandFailure(ExitCode::WrongArguments, "--from takes the place of the windows: leave the wnd tags out");
+    const AAObjectIdentifier from = fromElement ? FindTarget(session, command.from) : AAObjectIdentifier{};
+    const std::vector<HWND> windows = OpenWindows(session, split);
+    if (split.elements.empty()) return ShowWindows(session, windows, command, output);
 
-    const auto& result = response.results.front();
-    if (!result.results.empty()) {
-        std::vector<AAObjectIdentifier> found;
-        for (const auto& element : result.results) found.push_back(element.identifier);
-        ShowFound(result.results, ReadViews(session, found), output);
-        return ExitCode::Done;
+    const Selector selector = split.ElementSelector();
+    std::optional<SearchReport> report;
+    for (const HWND window : windows) {
+        session.MoveTo(window);
+        FindSelectorsRequest request;
+        request.root = fromElement ? from : session.Root();
+        request.timeoutMilliseconds = session.SearchMilliseconds();
+        request.selectors.push_back(EntryOf(selector, command));
+        const auto response = session.Call(request);
+        if (!response.success || response.results.empty())
+            throw CommandFailure(ExitCode::NotFound, "the server has no element to search from: the window is gone, or not accessible");
+        const auto& result = response.results.front();
+        if (!result.results.empty()) {
+            std::vector<AAObjectIdentifier> found;
+            for (const auto& element : result.results) found.push_back(element.identifier);
+            ShowFound(result.results, ReadViews(session, found), output);
+            return ExitCode::Done;
+        }
+        // The frontmost window is the one that was most likely meant.
+        if (!report) report = ExamineFailure(session, request.root, selector, result.intermediate);
     }
-    const SearchReport report = ExamineFailure(session, request.root, selector, result.intermediate);
     if (output.json) {
         JsonWriter json(output.out);
         json.BeginObject().Key("found").Flag(false);
-        WriteReport(json, report, selector);
+        WriteReport(json, *report, selector);
         json.EndObject().Finish();
     } else {
-        PrintReport(report, selector, command, output.out);
+        PrintReport(*report, selector, command, output.out);
     }
     return ExitCode::NotFound;
 }

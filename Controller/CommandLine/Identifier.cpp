@@ -46,7 +46,8 @@ std::optional<AAObjectIdentifier> ReadIdentifier(std::wstring_view text) {
 }
 
 std::optional<HWND> ReadHandle(std::wstring_view text) {
-    if (text.size() < 3 || text[0] != L'0' || (text[1] != L'x' && text[1] != L'X')) return std::nullopt;
+    // A selector begins with a letter, so a number can be nothing else.
+    if (text.empty() || text[0] < L'0' || text[0] > L'9') return std::nullopt;
     const auto number = ReadNumber(NarrowText(text));
     return number ? std::optional(HandleOf(*number)) : std::nullopt;
 }

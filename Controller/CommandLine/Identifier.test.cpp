@@ -24,10 +24,11 @@ TEST(Identifier, OtherTextsAreNone) {
         EXPECT_EQ(ReadIdentifier(text), std::nullopt);
 }
 
-TEST(Identifier, HandlesAreHexadecimalAlone) {
+TEST(Identifier, HandlesAreNumbersOfBothKindsThatTheCommandsPrint) {
     EXPECT_EQ(ReadHandle(L"0x10102"), HandleOf(0x10102));
+    EXPECT_EQ(ReadHandle(L"65794"), HandleOf(0x10102));
     EXPECT_EQ(ReadHandle(L"0XFFFF0001"), HandleOf(0xFFFF0001));
-    for (const wchar_t* text : {L"", L"0x", L"10102", L"0xg", L"0x1:2", L"0x100000000"}) EXPECT_EQ(ReadHandle(text), std::nullopt);
+    for (const wchar_t* text : {L"", L"0x", L"-5", L"12a", L"4294967296", L"0xg", L"0x1:2", L"0x100000000"}) EXPECT_EQ(ReadHandle(text), std::nullopt);
 }
 
 }  // namespace

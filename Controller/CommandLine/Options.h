@@ -67,6 +67,66 @@ struct FindCommand {
     TargetName from;  // empty: the window
 };
 
+struct SelectorCommand {
+    TargetName target;
+    std::wstring policyFile;  // empty: none
+    std::optional<double> fuzzyLevel;
+    bool aaOnly = false;
+    bool explain = false;
+    bool all = false;                // every element of the window, and how many are found again
+    std::uint32_t maximum = 20'000;  // of these elements
+};
+
+struct TableCommand {
+    TargetName target;
+    std::wstring session;  // empty: none
+    std::int32_t maximumRows = 0x7FFFFFFF;
+    bool noHeader = false;
+    bool cleanup = false;  // only forget the session
+    bool csv = false;
+};
+
+struct TextCommand {
+    TargetName target;               // empty: the window
+    std::optional<RECT> rectangle;   // screen coordinates; of a window's text
+    bool exact = false;              // the rectangle is one element's place, not a clip
+    bool leaveOutHidden = false;
+    bool leaveOutOffscreen = false;
+    bool lines = false;              // the place of each line instead of the text
+    std::optional<std::uint32_t> kind;  // how a window's text is captured; nothing: by its class
+    std::wstring picture;            // a PNG file with the lines outlined; empty: none
+};
+
+enum class ElementAction { Focus, Click, Check, Uncheck, IsChecked, ScrollTo, Write, Expand, Collapse };
+
+struct ActionCommand {
+    ElementAction action = ElementAction::Click;
+    TargetName target;
+    std::wstring text;    // to write
+    bool verify = false;  // look whether it took
+};
+
+struct SiblingCommand {
+    TargetName target;
+    std::int32_t offset = 1;  // negative: before it
+};
+
+struct FocusedCommand {};
+
+struct EqualCommand {
+    TargetName first, second;
+};
+
+enum class WakeScope { Window, Descendants, TopLevels, Chromium };
+
+struct WakeCommand {
+    WakeScope scope = WakeScope::Window;
+};
+
+struct DialogCommand {};
+
+struct MarkerTabCommand {};
+
 struct CallCommand {
     std::string request;
     std::string json;
@@ -82,10 +142,33 @@ struct PictureCommand {
     TargetName outline;  // empty: none
 };
 
+struct ItemsCommand {
+    TargetName target;
+};
+
+struct SelectedCommand {
+    TargetName target;
+};
+
+struct SelectCommand {
+    TargetName target;
+    std::vector<std::wstring> items;  // with wildcards
+    bool keepSelection = false;       // add to what is selected
+    bool firstMatchOnly = false;
+    bool allowDisabled = false;
+    bool verify = false;  // look whether it took
+};
+
+struct ClearSelectionCommand {
+    TargetName target;
+};
+
 struct UnloadCommand {};
 
-using Command = std::variant<WindowsCommand, TreeCommand, AtCommand, AttrsCommand, FindCommand, CallCommand, RecordCommand,
-                             PictureCommand, UnloadCommand>;
+using Command = std::variant<WindowsCommand, TreeCommand, AtCommand, AttrsCommand, FindCommand, SelectorCommand, ActionCommand, SiblingCommand,
+                             FocusedCommand, EqualCommand, ItemsCommand, SelectedCommand, SelectCommand, ClearSelectionCommand, TextCommand, TableCommand,
+                             WakeCommand, DialogCommand, MarkerTabCommand,
+                             CallCommand, RecordCommand, PictureCommand, UnloadCommand>;
 
 struct Invocation {
     GeneralOptions general;

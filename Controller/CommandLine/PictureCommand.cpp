@@ -42,10 +42,11 @@ public:
               << " fill=\"" << (leaf ? "#ffffff" : "none") << "\" stroke=\"#9aa0a6\"/>";
         if (leaf && !view.name.empty()) {
             // The part of the name that fits, at seven pixels a letter.
-            const std::size_t room = static_cast<std::size_t>(std::max<LONG>((place.right - place.left - 6) / 7, 0));
+            const std::size_t room = static_cast<std::size_t>(std::max<std::int64_t>((Across(place.left, place.right) - 6) / 7, 0));
             std::wstring name = view.name.substr(0, room);
             if (!name.empty())
-                m_out << "<text x=\"" << place.left - m_area.left + 3 << "\" y=\"" << (place.top + place.bottom) / 2 - m_area.top + 4
+                m_out << "<text x=\"" << Across(m_area.left, place.left) + 3 << "\" y=\""
+                      << Across(m_area.top, place.top) + Across(place.top, place.bottom) / 2 + 4
                       << "\" fill=\"#202124\">" << Markup(name) << "</text>";
         }
         m_out << "</g>\n";
@@ -61,11 +62,14 @@ public:
     }
 
 private:
-    LONG Width() const { return std::max<LONG>(m_area.right - m_area.left, 1); }
-    LONG Height() const { return std::max<LONG>(m_area.bottom - m_area.top, 1); }
+    // A target's places may lie further apart than a place's number reaches.
+    static std::int64_t Across(LONG from, LONG to) { return static_cast<std::int64_t>(to) - from; }
+    std::int64_t Width() const { return std::max<std::int64_t>(Across(m_area.left, m_area.right), 1); }
+    std::int64_t Height() const { return std::max<std::int64_t>(Across(m_area.top, m_area.bottom), 1); }
     std::string Rectangle(const RECT& place) const {
-        return "<rect x=\"" + std::to_string(place.left - m_area.left) + "\" y=\"" + std::to_string(place.top - m_area.top) + "\" width=\"" +
-               std::to_string(place.right - place.left) + "\" height=\"" + std::to_string(place.bottom - place.top) + "\"";
+        return "<rect x=\"" + std::to_string(Across(m_area.left, place.left)) + "\" y=\"" + std::to_string(Across(m_area.top, place.top)) +
+               "\" width=\"" + std::to_string(Across(place.left, place.right)) + "\" height=\"" +
+               std::to_string(Across(place.top, place.bottom)) + "\"";
     }
 
     RECT m_area;
@@ -91,7 +95,7 @@ ExitCode RunPicture(Session& session, const PictureCommand& command, Output& out
         return ExitCode::Done;
     }
     WriteWholeFile(command.file, picture);
-    if (output.json) JsonWriter(output.out).BeginObject().Key("file").Text(command.file).EndObject().Finish();
+    if (output.json) JsonWriter(output.out).BeginObject().Key("file").Text(command.file).Key("elements").Number(static_cast<std::int64_t>(views.size())).EndObject().Finish();
     else output.out << NarrowText(command.file) << ": " << views.size() << " elements\n";
     return ExitCode::Done;
 }

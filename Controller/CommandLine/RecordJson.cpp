@@ -179,7 +179,7 @@ Json WriteVariantValue(const VARIANT& value) {
     if (value.vt == VT_BSTR) return NarrowText(std::wstring_view(value.bstrVal ? value.bstrVal : L"", ::SysStringLen(value.bstrVal)));
     if (value.vt == VT_I4) return value.lVal;
     if (value.vt == VT_BOOL) return value.boolVal != VARIANT_FALSE;
-    if (value.vt & VT_ARRAY) {
+    if (value.vt == (VT_ARRAY | VT_VARIANT) || value.vt == (VT_ARRAY | VT_I4) || value.vt == (VT_ARRAY | VT_BSTR)) {
         Json list = Json::array();
         LONG first = 0, last = -1;
         if (value.parray && SUCCEEDED(::SafeArrayGetLBound(value.parray, 1, &first)) && SUCCEEDED(::SafeArrayGetUBound(value.parray, 1, &last)))
@@ -191,7 +191,10 @@ Json WriteVariantValue(const VARIANT& value) {
                     item = CComVariant(LONG{0});
                     if (FAILED(::SafeArrayGetElement(value.parray, &i, &item.lVal))) break;
                 } else {
-                    break;
+                    BSTR text = nullptr;
+                    if (FAILED(::SafeArrayGetElement(value.parray, &i, &text))) break;
+                    item.vt = VT_BSTR;
+                    item.bstrVal = text;
                 }
                 list.push_back(WriteVariantValue(item));
             }
@@ -301,13 +304,30 @@ std::string ListRequests() {
     return list;
 }
 
+std::string ListRequestsAsJson() {
+    Json list = Json::array();
+    for (std::uint32_t number = 0; number < kRequestCount; ++number) {
+        const RequestId id = static_cast<RequestId>(number);
+        Json fields = Json::object();
+        WithRequestType(id, [&]<class Request>() {
+            Request request;
+            Request::Fields(request, [&](const char* name, auto& field) { fields[name] = TypeText<std::remove_cvref_t<decltype(field)>>(); });
+        });
+        list.push_back({{"number", number}, {"name", RequestName(id)}, {"fields", std::move(fields)}});
+    }
+    return Json({{"requests", std::move(list)}}).dump(1) + "\n";
+}
+
 RequestBuffer EncodeRequestJson(RequestId id, const std::string& text, const RequestDefaults& defaults) {
     Json json = Json::object();
     if (!text.empty()) {
         try {
             json = Json::parse(text);
-        } catch (const Json::parse_error& error) {
-            Fail({}, std::string("this is no JSON: ") + error.what());
+        } catch (const Json::exception& error) {
+            // Behind the library's own code, which tells nobody anything.
+            const std::string text = error.what();
+            const std::size_t end = text.find("] ");
+            Fail({}, "this is no JSON: " + (end == std::string::npos ? text : text.substr(end + 2)));
         }
     }
     RequestBuffer bytes;

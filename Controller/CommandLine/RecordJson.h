@@ -23,6 +23,8 @@ std::string RequestName(RequestId id);
 
 // All requests, one a line, with their fields and their types.
 std::string ListRequests();
+// The same as JSON: a list of objects.
+std::string ListRequestsAsJson();
 
 // The bytes of a request; its fields from a JSON object, an empty text being an empty one. Throws CommandFailure
 // (WrongArguments) and names the place: "selectors[0].options.scope: a number is expected".

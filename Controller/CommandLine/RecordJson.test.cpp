@@ -155,6 +155,22 @@ TEST(RecordJson, VariantsOfEveryKindAreWritten) {
     EXPECT_EQ(written(CComVariant(L"x")), "\"x\"");
     EXPECT_EQ(written(CComVariant(LONG{-5})), "-5");
     EXPECT_EQ(written(CComVariant(true)), "true");
+    const auto array = [](VARTYPE type, const void* element) {
+        CComVariant value;
+        value.vt = static_cast<VARTYPE>(VT_ARRAY | type);
+        value.parray = ::SafeArrayCreateVector(type, 0, 1);
+        LONG first = 0;
+        EXPECT_EQ(::SafeArrayPutElement(value.parray, &first, const_cast<void*>(element)), S_OK);
+        return value;
+    };
+    const LONG number = 7;
+    const CComBSTR text(L"x");
+    EXPECT_EQ(written(array(VT_I4, &number)), "[\n  7\n ]");
+    EXPECT_EQ(written(array(VT_BSTR, static_cast<BSTR>(text))), "[\n  \"x\"\n ]");
+    // No list that would look empty. It travels only as long as its elements are said to be VT_I4.
+    CComVariant unnamed = array(VT_I4, &number);
+    unnamed.vt = VT_ARRAY | VT_UI4;
+    EXPECT_EQ(written(unnamed), "{\n  \"type\": " + std::to_string(VT_ARRAY | VT_UI4) + "\n }");
 }
 
 }  // namespace

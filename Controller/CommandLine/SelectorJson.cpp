@@ -19,6 +19,11 @@ using Json = nlohmann::ordered_json;
     throw CommandFailure(ExitCode::WrongArguments, path + ": " + text);
 }
 
+// Whole numbers up to 2^63, which is where wider ones would become negative.
+bool IsInteger(const Json& json) {
+    return json.is_number_integer() && !(json.is_number_unsigned() && json.get<std::uint64_t>() > static_cast<std::uint64_t>(INT64_MAX));
+}
+
 // One object whose keys must all be asked for.
 class Object {
 public:
@@ -51,7 +56,7 @@ public:
             static_assert(sizeof(Number) == 4);
             constexpr std::int64_t least = std::is_same_v<Number, std::int32_t> ? INT32_MIN : 0;
             constexpr std::int64_t most = std::is_same_v<Number, std::int32_t> ? INT32_MAX : UINT32_MAX;
-            if (!json->is_number_integer() || json->get<std::int64_t>() < least || json->get<std::int64_t>() > most)
+            if (!IsInteger(*json) || json->get<std::int64_t>() < least || json->get<std::int64_t>() > most)
                 Fail(Path(name), "a whole number of 32 bits is expected");
             value = static_cast<Number>(json->get<std::int64_t>());
         }
@@ -86,7 +91,7 @@ void ReadSettings(Object& object, IAttrValue& value) {
         if (text == "normal") matching = MatchingTypeNormal;
         else if (text == "regex") matching = MatchingTypeRegex;
         else if (text == "fuzzy") matching = MatchingTypeFuzzy;
-        else if (json->is_number_unsigned()) matching = json->get<std::uint32_t>();
+        else if (json->is_number_unsigned() && json->get<std::uint64_t>() <= UINT32_MAX) matching = json->get<std::uint32_t>();
         else Fail(object.Path("matching"), "normal, regex, fuzzy or a number is expected");
     }
     double level = value.GetFuzzyLevel();
@@ -102,11 +107,12 @@ void ReadSettings(Object& object, IAttrValue& value) {
 }
 
 std::shared_ptr<IAttrValue> ReadValue(const Json& json, const std::string& path) {
-    if (json.is_number_integer()) return std::make_shared<NumberValue>(json.get<std::int64_t>());
+    if (json.is_number_integer() && !IsInteger(json)) Fail(path, "the number is too large");
+    if (IsInteger(json)) return std::make_shared<NumberValue>(json.get<std::int64_t>());
     if (json.is_object()) {
         Object object(json, path);
         const Json* value = object.Find("value");
-        if (value && value->is_number_integer()) {
+        if (value && IsInteger(*value)) {
             auto number = std::make_shared<NumberValue>(value->get<std::int64_t>());
             ReadSettings(object, *number);
             return number;
@@ -126,7 +132,9 @@ std::shared_ptr<ISelectorTag> ReadTag(const Json& json, const std::string& path)
     const Json* kind = object.Find("kind");
     if (!kind || !kind->is_string()) Fail(path, "\"kind\" is missing, such as \"ctrl\"");
     // The language knows all kinds already.
-    const auto tag = ParsedSelector(*kind, object.Path("kind")).tags.front();
+    Selector plain = ParsedSelector(*kind, object.Path("kind"));
+    if (plain.tags.size() != 1) Fail(object.Path("kind"), "one tag is expected");
+    const auto tag = plain.tags.front();
     if (const Json* attributes = object.Find("attributes")) {
         if (!attributes->is_object()) Fail(object.Path("attributes"), "an object is expected");
         for (const auto& item : attributes->items()) {

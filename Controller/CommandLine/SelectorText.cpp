@@ -141,6 +141,8 @@ private:
             return FailAt(start, L"there is no tag '" + std::wstring(name) + L"'" + Suggestion(name, names));
         }
         const auto tag = MakeTag(static_cast<TagKind>(known - std::begin(kTagNames)));
+        // Whoever wants one result means one of the last tag: the elements above it may be many.
+        tag->SetLimitsEveryLevel(false);
         while (Take(L'['))
             if (!ParseAttributes(*tag)) return false;
         if (!AtEnd() && !IsBlank(Peek()) && Peek() != L'>') return Fail(L"'[', '>' or a blank is expected behind a tag");

@@ -35,7 +35,9 @@ Session::Session(const GeneralOptions& options) : m_options(options) {
     m_system = m_options.desktopFile.empty() ? Loader::CreateLoaderSystem() : OpenDesktopFile(m_options.desktopFile);
 }
 
-Session::~Session() {
+Session::~Session() { Close(); }
+
+void Session::Close() {
     if (!m_transport) return;
     // A target that doesn't answer any more doesn't keep a person waiting twice.
     const auto limit = std::min(m_options.timeout, kCleaningUp);
@@ -46,6 +48,8 @@ Session::~Session() {
         // The target keeps the elements until it ends; nothing else can be done about it here.
     }
     if (!m_stays) m_transport->Target().Unload(limit);
+    m_client.reset();
+    m_transport.reset();
 }
 
 Loader::WindowInfo Session::Choose() {
@@ -60,11 +64,27 @@ Loader::WindowInfo Session::Choose() {
     return std::move(windows.front());
 }
 
-void Session::Open() { OpenWindow(Choose()); }
+bool Session::HasChoice() const {
+    return m_options.windowHandle || m_options.processId || !m_options.windowTitle.empty() || !m_options.launch.empty();
+}
+
+void Session::Open() {
+    if (!m_transport) OpenWindow(Choose());
+}
+
+void Session::MoveTo(HWND window) {
+    Loader::WindowInfo info = Checked(m_system->Describe(window));
+    // Requests run on the thread that owns the window, so another thread's window needs a way of its own.
+    if (m_transport && info.threadId == m_window.threadId) {
+        m_window = std::move(info);
+        return;
+    }
+    Close();
+    OpenWindow(std::move(info));
+}
 
 void Session::OpenAt(POINT point) {
-    const bool chosen = m_options.windowHandle || m_options.processId || !m_options.windowTitle.empty() || !m_options.launch.empty();
-    if (chosen) return Open();
+    if (HasChoice()) return Open();
     for (Loader::WindowInfo& window : m_system->TopLevelWindows(Loader::WindowFilter::Visible))
         if (Holds(window.rectangle, point)) return OpenWindow(std::move(window));
     throw CommandFailure(ExitCode::TargetProblem, "there is no visible window at " + std::to_string(point.x) + "," + std::to_string(point.y));

@@ -29,9 +29,14 @@ public:
     const GeneralOptions& Options() const { return m_options; }
     Loader::ILoaderSystem& System() { return *m_system; }
 
-    // Chooses the window by the options, and prepares the way to it. Natively a desktop's first visible window is taken
-    // where the options name none.
+    // Whether the options name a window.
+    bool HasChoice() const;
+    // The window that the options name; natively a desktop's first visible window where they name none.
+    Loader::WindowInfo Choose();
+    // Prepares the way to the chosen window. Nothing happens in a session that is open.
     void Open();
+    // Goes on to another window: the server follows into its process.
+    void MoveTo(HWND window);
     // The frontmost visible top-level window that holds the point, where the options name none.
     void OpenAt(POINT point);
 
@@ -57,8 +62,8 @@ public:
     std::uint32_t SearchMilliseconds() const;
 
 private:
-    Loader::WindowInfo Choose();
     void OpenWindow(Loader::WindowInfo window);
+    void Close();
 
     GeneralOptions m_options;
     std::unique_ptr<LogWatch> m_log;

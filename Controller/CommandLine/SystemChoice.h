@@ -3,9 +3,11 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "Controller/CommandLine/Bitmap.h"
 #include "Controller/Loader/ILoaderSystem.h"
 
 namespace Zorvex::Controller {
@@ -27,6 +29,9 @@ public:
 };
 // `level` as the logging settings have it, such as VERBOSE. Throws CommandFailure where the lines can't be had.
 std::unique_ptr<LogWatch> WatchLog(const std::wstring& level, std::function<void(const std::string&)> show);
+
+// The window as the screen shows it. Nothing where there is no screen, or the window can't be seen.
+std::optional<Bitmap> TakePicture(HWND window);
 
 // Whole files; a failure throws CommandFailure and names the file.
 std::string ReadWholeFile(const std::wstring& path);

@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <iterator>
 #include <ostream>
 
 #include "Common/include/UtfConversion.h"
@@ -15,6 +17,16 @@ struct Column {
     std::vector<CComVariant> values;  // by node
 };
 
+// A slip in a name would show nothing at all.
+void CheckNames(const std::vector<std::wstring>& names) {
+    for (const std::wstring& name : names) {
+        if (std::find(std::begin(kAttributeNames), std::end(kAttributeNames), name) != std::end(kAttributeNames)) continue;
+        std::string known;
+        for (const wchar_t* one : kAttributeNames) known += (known.empty() ? "" : ", ") + NarrowText(one);
+        throw CommandFailure(ExitCode::WrongArguments, "--attrs: there is no attribute '" + NarrowText(name) + "'; there are " + known);
+    }
+}
+
 // Depth first, without recursion: trees are as deep as the target makes them.
 void WriteTree(JsonWriter& json, const ElementTree& tree, const std::vector<ElementView>& views, const std::vector<Column>& columns) {
     std::size_t open = 0;
@@ -24,6 +36,8 @@ void WriteTree(JsonWriter& json, const ElementTree& tree, const std::vector<Elem
         json.BeginObject();
         WriteView(json, views[place]);
         for (const Column& column : columns) {
+            // These are there already.
+            if (column.name == L"name" || column.name == L"role") continue;
             json.Key(NarrowText(column.name));
             WriteVariant(json, column.values[place]);
         }
@@ -37,6 +51,7 @@ void WriteTree(JsonWriter& json, const ElementTree& tree, const std::vector<Elem
 }  // namespace
 
 ExitCode RunTree(Session& session, const TreeCommand& command, Output& output) {
+    CheckNames(command.attributes);
     session.Open();
     const ElementTree tree = ReadTree(session, command.depth, command.maximum);
     std::vector<AAObjectIdentifier> elements;

@@ -33,7 +33,9 @@ ExitCode RunWindows(Session& session, const WindowsCommand& command, Output& out
             output.out << '\n';
         }
     }
-    return windows.empty() ? ExitCode::NotFound : ExitCode::Done;
+    if (!windows.empty()) return ExitCode::Done;
+    output.err << (command.all ? "there is no window\n" : "there is no visible window\n");
+    return ExitCode::NotFound;
 }
 
 ExitCode RunUnload(Session& session, const UnloadCommand&, Output& output) {

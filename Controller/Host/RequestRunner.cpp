@@ -8,7 +8,7 @@
 
 #include "Common/include/ArchiveException.h"
 #include "Common/include/ComException.h"
-#include "Controller/Host/FaultGuard.h"
+#include "Platform/FaultGuard.h"
 #include "Controller/Host/LoadedServer.h"
 
 namespace Zorvex::Host {

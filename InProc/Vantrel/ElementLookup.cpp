@@ -12,7 +12,7 @@
 #include "RuntimeCore/AAUtilitiesName.h"
 #include "RuntimeCore/AAUtilitiesOwnerWindow.h"
 #include "RuntimeCore/CompareAAObjects.h"
-#include "RuntimeCore/WindowKinds.h"
+#include "Common/UTILITY/WindowKinds.h"
 
 namespace Zorvex {
 

@@ -124,6 +124,14 @@ TEST_F(ElementLookupTest, DeadWindowOrWindowIdentifierIsEqualToNothing) {
     unknown.containerId += 1000;
     EXPECT_FALSE(AreEqual(Identify("a"), unknown));
     EXPECT_TRUE(log.Contains("Invalid cached objects in AreEqualImpl"));
+
+    const AAObjectIdentifier row = Identify("row", "view");
+    EXPECT_TRUE(AreEqual(row, row));
+    desktop.DestroyWindow("view");
+    log.Clear();
+    EXPECT_FALSE(AreEqual(row, Identify("a")));
+    EXPECT_FALSE(AreEqual(Identify("a"), row));
+    EXPECT_EQ(log.Count("Invalid params in AreEqualImpl"), 2u);
 }
 
 TEST_F(ElementLookupTest, ObjectIdFromWindowNamesItsObject) {

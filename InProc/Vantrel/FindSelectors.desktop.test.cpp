@@ -109,6 +109,15 @@ TEST_F(FindSelectorsTest, EntryWithoutTagsHasAnEmptyUnboundedResultAndNoError) {
     EXPECT_TRUE(response.results[0].intermediate.empty());
 }
 
+TEST_F(FindSelectorsTest, TagThatCanBeSentButNotReceivedLeavesTheRequestWithoutAResponse) {
+    FindSelectorsRequest request;
+    request.root = root;
+    request.selectors = {Entry({std::make_shared<RdpAppTag>()})};
+    EXPECT_FALSE(TryCall(request).has_value());
+    EXPECT_TRUE(log.Contains("Serialization ID = 20011, not identified. Failed to read selector tag value from archive."));
+    EXPECT_TRUE(log.Contains("Failed to dispatch request: readDynamic ISelectorTag: Serialization ID not identified"));
+}
+
 TEST_F(FindSelectorsTest, DeadWindowFailsTheRequest) {
     desktop.DestroyWindow("main");
     const auto response = Find({Entry({Tag(L"push button")})});

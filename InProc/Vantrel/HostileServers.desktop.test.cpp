@@ -11,6 +11,7 @@
 #include "Platform/Simulated/Desktop.h"
 #include "Platform/Simulated/System.h"
 #include "RuntimeCore/Selectors/Values/SelectorTags.h"
+#include "RuntimeCore/Requests/RequestFlags.h"
 #include "tests/Support/Call.h"
 #include "tests/Support/DesktopFixture.h"
 
@@ -96,10 +97,49 @@ std::vector<std::pair<std::string, std::function<void(DesktopFixture&)>>> Reques
         request.attributeName = L"name";
         TryCall(request);
     });
+    for (const std::uint32_t kind : {0u, 5u, 8u, 14u})
+        requests.emplace_back("Scrape " + std::to_string(kind), [kind](DesktopFixture& desktop) {
+            ScrapeRequest request;
+            request.window = desktop.Window("main");
+            request.windowKind = kind;
+            request.rectangle = {0, 0, 100, 100};
+            request.flags = CaptureClipped | CaptureHighlightInfo | CaptureIgnoreHidden;
+            TryCall(request);
+        });
+    requests.emplace_back("GetFullText", [element](DesktopFixture& desktop) {
+        GetFullTextRequest request;
+        request.element = element(desktop, "list");
+        request.flags = CaptureHighlightInfo | CaptureIgnoreOffscreen;
+        TryCall(request);
+        GetFullTextFromElementsRequest several;
+        several.elements = {element(desktop, "one"), element(desktop, "row")};
+        TryCall(several);
+    });
     requests.emplace_back("GetWndsByAaName", [](DesktopFixture&) {
         GetWndsByAaNameRequest request;
         request.accessibleName = std::make_shared<StringValue>(L"*");
         TryCall(request);
+    });
+    for (const std::uint32_t flags : {AncestryKeepAllNodes | AncestryAllAttributes | AncestrySiblings | AncestryComputeIndex | AncestryCheckUniqueIndex,
+                                      AncestryAaOnlyMode | AncestryStrictOwner | AncestryOwnerFallback | AncestryComputeIndex})
+        requests.emplace_back("GetAncestryInfo " + std::to_string(flags), [element, flags](DesktopFixture& desktop) {
+            GetAncestryInfoRequest request;
+            request.target = element(desktop, flags & AncestryAaOnlyMode ? "cell" : "one");
+            request.options.flags = flags;
+            TryCall(request);
+        });
+    requests.emplace_back("selector", [element](DesktopFixture& desktop) {
+        GetSelectorAttrListRequest attributes;
+        attributes.element = element(desktop, "edit");
+        TryCall(attributes);
+        GetNextParentForAAHierarchyRequest parent;
+        parent.element = element(desktop, "edit");
+        TryCall(parent);
+        GetElementIndexRequest index;
+        index.ancestorWindow = desktop.Window("main");
+        index.target = element(desktop, "edit");
+        index.attributes[L"role"] = L"list";
+        TryCall(index);
     });
     requests.emplace_back("FindElementWithRole", [](DesktopFixture& desktop) {
         FindElementWithRoleRequest request;

@@ -16,7 +16,8 @@ const std::array Interfaces = {
     NamedInterface{"IAccessibleText", IidOf<IAccessibleText>()}, NamedInterface{"IServiceProvider", IidOf<IServiceProvider>()},
     NamedInterface{"IAccessibleEx", IidOf<IAccessibleEx>()},
     NamedInterface{"IRawElementProviderSimple", IidOf<IRawElementProviderSimple>()},
-    NamedInterface{"IAccIdentity", IidOf<IAccIdentity>()}, NamedInterface{"IEnumVARIANT", IidOf<IEnumVARIANT>()}};
+    NamedInterface{"IAccIdentity", IidOf<IAccIdentity>()}, NamedInterface{"IEnumVARIANT", IidOf<IEnumVARIANT>()},
+    NamedInterface{"IHTMLElement", IidOf<IHTMLElement>()}};
 
 std::string_view NameOf(const IID& iid) {
     for (const NamedInterface& known : Interfaces)
@@ -103,7 +104,7 @@ bool AccessibleElement::Offers(const IID& iid) const {
     if (name == "IAccessible2") return details.ia2.has_value();
     if (name == "IAccessibleText") return details.ia2 && details.ia2->text;
     if (name == "IAccIdentity") return AnswersFor(element, HasIdentity);
-    if (name == "IServiceProvider") return details.serviceProvider.value_or(details.ia2 || AnswersFor(element, HasUia));
+    if (name == "IServiceProvider") return details.serviceProvider.value_or(details.ia2 || details.html || details.services || AnswersFor(element, HasUia));
     return false;
 }
 
@@ -126,8 +127,10 @@ HRESULT AccessibleElement::QueryService(REFGUID, REFIID riid, void** object) {
     *object = nullptr;
     CallScope scope(*this, Call::QueryService, nullptr, NameOf(riid));
     if (scope.early) return *scope.early;
-    IUnknown* const face = Face(riid);
-    if (!face) return E_NOINTERFACE;
+    // That there is an HTML element is all that is known of it: nothing may be called on it but its references.
+    const bool asksForHtml = m_element->Details().html && IsEqualGUID(riid, IidOf<IHTMLElement>());
+    IUnknown* const face = asksForHtml ? static_cast<IAccessible2*>(this) : Face(riid);
+    if (!face) return m_element->Details().services ? m_element->Details().services->QueryInterface(riid, object) : E_NOINTERFACE;
     *object = face;
     AddRef();
     return scope.Finish(S_OK);

@@ -94,6 +94,23 @@ TEST(AccessibleElement, ProxiesAreNewObjectsWithOtherIdentitiesEachTime) {
     EXPECT_EQ(firstUnknown.p, firstAgain.p);
 }
 
+TEST(AccessibleElement, HtmlElementIsGivenByTheServiceProviderAlone) {
+    DesktopFixture desktop(Tree(R"({"id":"html","html":true},{"id":"ia2","ia2":{}})"));
+    const auto services = [&](const char* id) {
+        CComPtr<IServiceProvider> provider;
+        EXPECT_EQ(desktop.Element(id).QueryInterface(provider), S_OK);
+        return provider;
+    };
+    CComPtr<IUnknown> html;
+    const auto out = reinterpret_cast<void**>(&html);
+    EXPECT_EQ(services("html")->QueryService(IidOf<IHTMLElement>(), IidOf<IHTMLElement>(), out), S_OK);
+    EXPECT_TRUE(html);
+    html.Release();
+    EXPECT_EQ(services("ia2")->QueryService(IidOf<IHTMLElement>(), IidOf<IHTMLElement>(), out), E_NOINTERFACE);
+    EXPECT_EQ(desktop.Element("html")->QueryInterface(IidOf<IHTMLElement>(), out), E_NOINTERFACE);
+    EXPECT_EQ(desktop.OutstandingReferences(), 0);
+}
+
 TEST(AccessibleElement, OffersOnlyTheInterfacesThatTheFileTells) {
     DesktopFixture desktop(Tree(R"({"id":"plain"},{"id":"ia2","ia2":{}},{"id":"text","ia2":{"text":""}},{"id":"uia","uia":{}},
         {"id":"identity","identity":"x"},{"id":"denied","ia2":{},"serviceProvider":false},{"id":"bare","serviceProvider":true})"));

@@ -24,8 +24,8 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(Call::Count)> Na
     "Next",
     "AccessibleChildren", "WindowFromAccessibleObject", "AccessibleObjectFromWindow", "AccessibleObjectFromEvent",
     "IsWindow", "GetWindowRect", "GetClassName", "RealGetWindowClass", "GetWindowText", "GetWindowThreadProcessId",
-    "EnumChildWindows", "SendMessage"};
-static_assert(Names.back() == "SendMessage", "every call has its name");
+    "EnumChildWindows", "SendMessage", "SetFocus"};
+static_assert(Names.back() == "SetFocus", "every call has its name");
 
 }  // namespace
 

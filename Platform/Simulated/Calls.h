@@ -24,6 +24,7 @@ enum class Call : std::uint8_t {
     // Of windows.
     AccessibleChildren, WindowFromAccessibleObject, AccessibleObjectFromWindow, AccessibleObjectFromEvent, IsWindow,
     WindowRectangle, WindowClass, RealWindowClass, WindowText, WindowThreadProcessId, EnumChildWindows, WindowMessage,
+    SetFocus,
     Count
 };
 

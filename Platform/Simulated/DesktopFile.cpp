@@ -132,7 +132,7 @@ void ReadMessages(const JsonPlace& place, Window& window) {
 
 WindowPtr ReadWindow(const JsonPlace& place) {
     place.ExpectKeys({"id", "handle", "class", "realClass", "title", "rectangle", "visible", "enabled", "hung", "style",
-                      "extendedStyle", "owner", "process", "thread", "listView", "listBox", "messages", "objects", "faults", "children"});
+                      "extendedStyle", "owner", "process", "thread", "listView", "listBox", "messages", "objects", "nativeObject", "faults", "children"});
     auto window = std::make_shared<Window>();
     if (!place.IfKey("class", [&](const JsonPlace& at) { window->className = at.Text(); })) place.Fail("a window needs a class");
     place.IfKey("id", [&](const JsonPlace& at) { window->id = at.Bytes(); });
@@ -165,6 +165,7 @@ WindowPtr ReadWindow(const JsonPlace& place) {
             window->objects[objectId] = element;
         }
     });
+    place.IfKey("nativeObject", [&](const JsonPlace& at) { window->nativeObject = ReadAutomation(at); });
     place.IfKey("children", [&](const JsonPlace& at) {
         at.ForEach([&](const JsonPlace& child) { window->children.push_back(ReadWindow(child)); });
     });

@@ -106,6 +106,7 @@ void ReadDetails(const JsonPlace& place, Element& element) {
     place.IfKey("identity", [&](const JsonPlace& at) { element.EditDetails().identity = at.Bytes(); });
     place.IfKey("ia2", [&](const JsonPlace& at) { element.EditDetails().ia2 = ReadIa2(at); });
     place.IfKey("uia", [&](const JsonPlace& at) { element.EditDetails().uia = ReadUia(at); });
+    place.IfKey("html", [&](const JsonPlace& at) { element.EditDetails().html = at.Flag(); });
     place.IfKey("serviceProvider", [&](const JsonPlace& at) { element.EditDetails().serviceProvider = at.Flag(); });
     place.IfKey("removedResult", [&](const JsonPlace& at) { element.EditDetails().removedResult = static_cast<HRESULT>(at.Bits()); });
     place.IfKey("faults", [&](const JsonPlace& at) {
@@ -145,7 +146,7 @@ ElementPtr ReadElement(const JsonPlace& place) {
         return ReadStandIn(place);
     place.ExpectKeys({"id", "role", "roleText", "name", "value", "description", "help", "shortcut", "defaultAction", "action",
                       "state", "rectangle", "window", "simple", "proxies", "endless", "children", "focus", "selection",
-                      "selectionAsEnumerator", "hitTest", "ia2", "uia", "identity", "serviceProvider", "removedResult", "faults"});
+                      "selectionAsEnumerator", "hitTest", "ia2", "uia", "identity", "html", "serviceProvider", "removedResult", "faults"});
     auto element = std::make_shared<Element>();
     place.IfKey("id", [&](const JsonPlace& at) { element->id = at.Bytes(); });
     place.IfKey("role", [&](const JsonPlace& at) { element->role = ReadRole(at); });

@@ -107,6 +107,7 @@ void WriteDetails(OrderedJson& json, const ElementDetails& details) {
     if (details.ia2) json["ia2"] = WriteIa2(*details.ia2);
     if (details.uia) json["uia"] = WriteUia(*details.uia);
     if (details.identity) json["identity"] = *details.identity;
+    if (details.html) json["html"] = true;
     if (details.serviceProvider) json["serviceProvider"] = *details.serviceProvider;
     if (details.removedResult) json["removedResult"] = HexText(static_cast<std::uint32_t>(*details.removedResult));
     for (const Fault& fault : details.faults) json["faults"].push_back(WriteFault(fault));

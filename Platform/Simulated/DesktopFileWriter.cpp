@@ -98,6 +98,7 @@ OrderedJson WriteWindow(const Window& window) {
     for (const Fault& fault : window.faults) json["faults"].push_back(WriteFault(fault));
     for (const auto& [objectId, root] : window.objects)
         if (!root->made) json["objects"][std::string(ObjectName(objectId))] = WriteElement(*root);
+    if (window.nativeObject) json["nativeObject"] = WriteAutomation(*window.nativeObject);
     for (const WindowPtr& child : window.children)
         if (!child->made) json["children"].push_back(WriteWindow(*child));
     return json;

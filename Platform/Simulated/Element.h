@@ -60,7 +60,10 @@ struct ElementDetails {
     std::optional<std::string> identity = {};                // bytes
     std::optional<Ia2Data> ia2 = {};
     std::optional<UiaData> uia = {};
-    std::optional<bool> serviceProvider = {};  // absent: when there is ia2 or uia
+    bool html = false;                         // the service provider gives an IHTMLElement
+    // Gives what else the service provider is asked for. A test's own, never in a file; it outlives the element.
+    IUnknown* services = nullptr;
+    std::optional<bool> serviceProvider = {};  // absent: when there is ia2, uia, html or services
     std::optional<HRESULT> removedResult = {};
     std::vector<Fault> faults = {};
 };

@@ -72,6 +72,7 @@ std::string HexText(std::uint32_t bits);
 // Parts of a file, read each in its own source.
 ElementPtr ReadElement(const JsonPlace& place);
 Fault ReadFault(const JsonPlace& place);
+AutomationPtr ReadAutomation(const JsonPlace& place);
 std::vector<Action> ReadActions(const JsonPlace& place);
 Rectangle ReadRectangle(const JsonPlace& place);
 LONG ReadStates(const JsonPlace& place);
@@ -79,6 +80,7 @@ LONG ReadStates(const JsonPlace& place);
 // Their counterparts. Keys keep the order in which they are documented.
 using OrderedJson = nlohmann::ordered_json;
 OrderedJson WriteElement(const Element& element);
+OrderedJson WriteAutomation(const AutomationData& object);
 OrderedJson WriteFault(const Fault& fault);
 OrderedJson WriteScheduledActions(const std::vector<Action>& actions);
 OrderedJson WriteRectangle(const Rectangle& rectangle);

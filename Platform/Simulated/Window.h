@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "Platform/Simulated/AutomationObject.h"
 #include "Platform/Simulated/Element.h"
 
 namespace Simulated {
@@ -50,6 +51,7 @@ struct Window {
     std::optional<ListBoxData> listBox;
     std::map<UINT, LONGLONG> messages;    // answers by message
     std::map<LONG, ElementPtr> objects;   // roots by object id
+    AutomationPtr nativeObject;           // what OBJID_NATIVEOM gives; null: nothing
     std::vector<Fault> faults;
     std::vector<WindowPtr> children;      // topmost first
 

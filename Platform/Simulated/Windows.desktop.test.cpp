@@ -172,6 +172,25 @@ TEST(SimulatedWindows, AnswersToMessagesComeFromTheFile) {
     EXPECT_EQ(SendMessageW(reinterpret_cast<HWND>(4), 4100, 0, 0), 0);
 }
 
+TEST(SimulatedWindows, FocusOnAWindowGoesToItsClientAndSaysWhereItWas) {
+    DesktopFixture desktop(R"({"windows":[{"id":"w","class":"C","objects":{"client":{"children":[{"id":"e","state":["focused"]}]}}},
+        {"id":"v","class":"C","objects":{"client":{"id":"client"}}}]})");
+    const auto hasFocus = [&](const char* id) {
+        CComVariant state;
+        return desktop.Element(id)->get_accState(CComVariant(CHILDID_SELF), &state) == S_OK && (state.lVal & STATE_SYSTEM_FOCUSED) != 0;
+    };
+    EXPECT_EQ(SetFocus(desktop.Window("w")), desktop.Window("w"));
+    EXPECT_TRUE(hasFocus("e")) << "an element of the window keeps it";
+    EXPECT_EQ(SetFocus(desktop.Window("v")), desktop.Window("w"));
+    EXPECT_TRUE(hasFocus("client"));
+    EXPECT_FALSE(hasFocus("e"));
+    desktop.AddFault("w", {.call = "SetFocus", .at = 2, .times = 1, .null = true});  // it was called once already
+    EXPECT_EQ(SetFocus(desktop.Window("w")), nullptr);
+    EXPECT_EQ(SetFocus(reinterpret_cast<HWND>(4)), nullptr);
+    EXPECT_TRUE(hasFocus("client"));
+    EXPECT_THAT(desktop.Done(), testing::ElementsAre("SetFocus w", "SetFocus v"));
+}
+
 TEST(SimulatedWindows, ListBoxAnswersItsMessages) {
     DesktopFixture desktop(R"({"windows":[{"id":"w","class":"ListBox","listBox":["one","three"]},{"id":"m","class":"ListBox","listBox":{"items":["a","b"],"multiple":true}}]})");
     const HWND box = desktop.Window("w");

@@ -305,8 +305,9 @@ struct Ia2TriggerChromiumRequest : WindowRequest {
 // ---- 15: What a controller needs to write a selector for an element.
 
 struct GetAncestryInfoResponse {
-    HRESULT result = S_OK;  // 0x8004031E: go on at nextWindow
+    HRESULT result = S_OK;
     std::vector<AncestryNode> nodes;  // the target first
+    // The window at which the way upward goes on; the outermost node's own, or the target's, when it is at its end.
     HWND nextWindow = nullptr;
 
     template <class Self, class Visitor>

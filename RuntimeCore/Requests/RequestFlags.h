@@ -59,10 +59,11 @@ enum class TriggerScope : std::uint32_t {
 
 // ExtractTable: what the server remembers of the session; bits.
 enum ScrapeSessionFlags : std::uint32_t {
-    SameSessionEncountered = 0x1,
-    MightBeDuringLoad = 0x2,
-    CannotDetermineSession = 0x4,
-    PreviousValidSessionDataFound = 0x8,
+    SameSessionEncountered = 0x1,            // the same elements as the last time
+    MightBeDuringLoad = 0x2,                 // comes with every extraction whose elements are all known
+    CannotDetermineSession = 0x4,            // an element has no unique id
+    PreviousValidSessionDataFound = 0x8,     // there was an earlier extraction whose elements were all known
+    PreviousInvalidSessionDataFound = 0x10,  // there was one with an unknown element
 };
 
 }  // namespace Zorvex

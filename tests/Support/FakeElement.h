@@ -137,6 +137,10 @@ public:
     HRESULT actionResult = S_OK;
     // Runs before each read of the state, with the number of reads so far.
     std::function<void(int)> onState;
+    // Runs inside accSelect, accDoDefaultAction, put_accValue and scrollTo, whose calls are counted.
+    std::function<void()> onAction;
+    std::optional<LONG> selectedWith;      // the flags of the last accSelect
+    std::optional<std::wstring> written;  // the text of the last put_accValue
 
     // What it offers beside IAccessible.
     bool offersServices = true, offersIA2 = true, offersText = true, offersEx = true, offersProvider = true;
@@ -234,7 +238,7 @@ public:
     HRESULT STDMETHODCALLTYPE get_accFocus(VARIANT*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE get_accSelection(VARIANT* out) override { return ++calls["get_accSelection"], selection.Give(out); }
     HRESULT STDMETHODCALLTYPE get_accDefaultAction(VARIANT, BSTR* out) override { return defaultAction.Give(out); }
-    HRESULT STDMETHODCALLTYPE accSelect(LONG, VARIANT) override { return actionResult; }
+    HRESULT STDMETHODCALLTYPE accSelect(LONG flags, VARIANT) override { return selectedWith = flags, Act("accSelect", actionResult); }
     HRESULT STDMETHODCALLTYPE accLocation(LONG* left, LONG* top, LONG* width, LONG* height, VARIANT) override {
         ++calls["accLocation"];
         if (FAILED(locationResult)) return locationResult;
@@ -246,15 +250,18 @@ public:
     }
     HRESULT STDMETHODCALLTYPE accNavigate(LONG, VARIANT, VARIANT*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE accHitTest(LONG, LONG, VARIANT*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE accDoDefaultAction(VARIANT) override { return ++calls["accDoDefaultAction"], actionResult; }
+    HRESULT STDMETHODCALLTYPE accDoDefaultAction(VARIANT) override { return Act("accDoDefaultAction", actionResult); }
     HRESULT STDMETHODCALLTYPE put_accName(VARIANT, BSTR) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_accValue(VARIANT, BSTR) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE put_accValue(VARIANT, BSTR text) override {
+        written = text ? std::wstring(text, ::SysStringLen(text)) : std::wstring();
+        return Act("put_accValue", actionResult);
+    }
     // IAccessible2
     HRESULT STDMETHODCALLTYPE get_nRelations(LONG*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE get_relation(LONG, IAccessibleRelation**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE get_relations(LONG, IAccessibleRelation**, LONG*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE role(LONG* out) override { return ia2Role.Give(out); }
-    HRESULT STDMETHODCALLTYPE scrollTo(IA2ScrollType type) override { return scrolledTo = type, scrollResult; }
+    HRESULT STDMETHODCALLTYPE scrollTo(IA2ScrollType type) override { return scrolledTo = type, Act("scrollTo", scrollResult); }
     HRESULT STDMETHODCALLTYPE scrollToPoint(IA2CoordinateType, LONG, LONG) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE get_groupPosition(LONG*, LONG*, LONG*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE get_states(AccessibleStates* out) override { return ++calls["get_states"], ia2States.Give(out); }
@@ -306,6 +313,14 @@ public:
 private:
     FakeElement() { ++s_alive; }
     ~FakeElement() { --s_alive; }
+
+    HRESULT Act(const char* call, HRESULT result) {
+        ++calls[call];
+        // A copy: what runs may let go of the element or set another.
+        const CComPtr<FakeElement> self(this);
+        if (const auto action = onAction) action();
+        return result;
+    }
 
     inline static int s_alive = 0;
     ULONG m_references = 0;

@@ -67,13 +67,15 @@ std::unique_ptr<ITarget> LiveTarget::Open(const LoaderOptions& options) const {
     return std::move(*target);
 }
 
-DWORD LiveTarget::ThreadCount() const {
+DWORD LiveTarget::ThreadCount() const { return CountThreads(m_window.processId); }
+
+DWORD CountThreads(DWORD processId) {
     const SafeObject snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
     THREADENTRY32 entry{};
     entry.dwSize = sizeof(entry);
     DWORD count = 0;
     for (BOOL more = Thread32First(snapshot.Get(), &entry); more; more = Thread32Next(snapshot.Get(), &entry)) {
-        if (entry.th32OwnerProcessID == m_window.processId) ++count;
+        if (entry.th32OwnerProcessID == processId) ++count;
     }
     return count;
 }

@@ -23,6 +23,8 @@ std::wstring LiveFolder();
 // Host and echo server beside the test program.
 Loader::LoaderOptions EchoOptions();
 
+DWORD CountThreads(DWORD processId);
+
 // Runs until the test is over. Throws std::runtime_error when it doesn't start.
 class LiveTarget {
 public:

@@ -32,10 +32,11 @@ run_gtest() {
   passed=$((passed + ${good:-0})) failed=$((failed + bad)) skipped=$((skipped + ${left:-0}))
 }
 
-for program in tests_platform tests_common tests_runtimecore tests_inproc tests_controller; do
+for program in tests_platform tests_common tests_runtimecore tests_inproc tests_controller tests_requests; do
   [ -e "$build/tests/$program.exe" ] && run_gtest "$program" "$build/tests/$program.exe"
 done
 run_gtest live_loader_tests "$build/live/live_loader_tests.exe" 300
+run_gtest live_request_tests "$build/live/live_request_tests.exe" 300
 
 echo "-- command line"
 cases=$build/command_line.live.log

@@ -3,8 +3,8 @@
 //
 //   served_desktop FILE [SECONDS]
 //
-// Prints "ready" and the number of windows when all are open; ends when the first window is closed, or after SECONDS
-// (600 unless given). Processes and threads of the file are not told apart: everything is served by one thread.
+// Prints "ready" and the number of windows when all are open, then a line of handle and id for each; ends when the
+// first window is closed, or after SECONDS (600 unless given). tests/live/ServedCalls.h tells what it can be asked. Processes and threads of the file are not told apart: everything is served by one thread.
 #include <windows.h>
 
 #include <commctrl.h>
@@ -19,6 +19,7 @@
 #include "Platform/Simulated/AccessibleElement.h"
 #include "Platform/Simulated/DesktopFile.h"
 #include "Platform/Windows.h"
+#include "tests/live/ServedCalls.h"
 
 namespace {
 
@@ -33,6 +34,12 @@ LRESULT AnswerObject(HWND hwnd, WPARAM wParam, LPARAM lParam, bool& answered) {
     const WindowPtr window = g_desktop->WindowByHandle(hwnd);
     answered = false;
     if (!window) return 0;
+    if (objectId == OBJID_NATIVEOM && window->nativeObject) {
+        CComPtr<IDispatch> object;
+        object.Attach(new Simulated::AutomationObject(g_desktop, window->nativeObject));
+        answered = true;
+        return ::LresultFromObject(IidOf<IDispatch>(), wParam, object);
+    }
     const Simulated::ElementPtr root = g_desktop->RootOf(*window, objectId);
     if (!root) return 0;
     CComPtr<IAccessible> object;
@@ -41,8 +48,44 @@ LRESULT AnswerObject(HWND hwnd, WPARAM wParam, LPARAM lParam, bool& answered) {
     return ::LresultFromObject(IidOf<IAccessible>(), wParam, object);
 }
 
+// A window that is asked for its object raises an event, as an application does that wakes up; who asks for the object
+// again before that is over does so from an event hook inside this process.
+bool g_raisesEvent = false;
+std::map<HWND, unsigned> g_askedByHooks;
+
+void TellHooks(HWND hwnd, LPARAM objectId) {
+    if (g_raisesEvent) {
+        ++g_askedByHooks[hwnd];
+        return;
+    }
+    if (static_cast<LONG>(static_cast<DWORD>(objectId)) != OBJID_WINDOW) return;
+    g_raisesEvent = true;
+    ::NotifyWinEvent(EVENT_OBJECT_VALUECHANGE, hwnd, OBJID_WINDOW, CHILDID_SELF);
+    g_raisesEvent = false;
+}
+
+// The text of the atom is an element's id and a call, or a window's id and "hooks".
+LRESULT CountOf(ATOM question) {
+    wchar_t wide[256] = {};
+    const UINT length = ::GlobalGetAtomNameW(question, wide, 256);
+    const std::string text(wide, wide + length);  // ids and calls are ASCII
+    const std::size_t blank = text.rfind(' ');
+    if (blank == std::string::npos) return -1;
+    const std::string id = text.substr(0, blank), call = text.substr(blank + 1);
+    if (call == "hooks") {
+        const WindowPtr window = g_desktop->AnyWindowById(id);
+        return window ? static_cast<LRESULT>(g_askedByHooks[window->hwnd]) : -1;
+    }
+    const Simulated::ElementPtr element = g_desktop->AnyElementById(id);
+    Simulated::Call known{};
+    return element && Simulated::CallFromName(call, known) ? static_cast<LRESULT>(element->calls.Of(known)) : -1;
+}
+
 LRESULT CALLBACK Procedure(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+    static const UINT served = ::RegisterWindowMessageW(Zorvex::Testing::ServedCallsMessage);
+    if (message == served) return CountOf(static_cast<ATOM>(wParam));
     if (message == WM_GETOBJECT) {
+        TellHooks(hwnd, lParam);
         bool answered = false;
         const LRESULT result = AnswerObject(hwnd, wParam, lParam, answered);
         if (answered) return result;
@@ -118,8 +161,11 @@ void Open(const WindowPtr& window, HWND parent) {
     if (window->listBox)
         for (const std::wstring& item : window->listBox->items)
             ::SendMessageW(hwnd, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(item.c_str()));
-    // The described order is topmost first, and a new window comes out on top.
-    for (auto child = window->children.rbegin(); child != window->children.rend(); ++child) Open(*child, hwnd);
+    // The described order is topmost first. Where among its siblings a new child lies isn't the same on every system.
+    for (const WindowPtr& child : window->children) {
+        Open(child, hwnd);
+        if (!child->made) ::SetWindowPos(child->hwnd, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    }
 }
 
 }  // namespace
@@ -141,8 +187,13 @@ int main(int argc, char** argv) {
         return 1;
     }
     const auto& windows = g_desktop->Model().windows;
+    // A new top-level window comes out on top.
     for (auto window = windows.rbegin(); window != windows.rend(); ++window) Open(*window, nullptr);
-    std::printf("ready %zu\n", g_desktop->AllWindows().size());
+    auto all = g_desktop->AllWindows();
+    std::erase_if(all, [](const WindowPtr& window) { return window->made; });
+    std::printf("ready %zu\n", all.size());
+    for (const WindowPtr& window : all)
+        std::printf("0x%x %s\n", static_cast<unsigned>(reinterpret_cast<UINT_PTR>(window->hwnd)), window->id.c_str());
     std::fflush(stdout);
 
     ::SetTimer(nullptr, 0, argc > 2 ? static_cast<UINT>(std::atoi(argv[2])) * 1000 : 600'000, nullptr);

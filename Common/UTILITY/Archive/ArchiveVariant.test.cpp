@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <utility>
 
 #include "Common/include/Archive.h"
 #include "Common/include/VariantEquals.h"
@@ -197,6 +198,16 @@ TEST(ArchiveVariant, ArraysThatDontFitTheirTypeFailWithInvalidArgument) {
     CComVariant mismatch = ArrayOf(VT_BSTR, VT_ARRAY | VT_VARIANT, 1);
     EXPECT_EQ(ComProblem([&] { Archive().write(mismatch); }), E_INVALIDARG);
     mismatch.vt = VT_ARRAY | VT_BSTR;
+}
+
+TEST(ArchiveVariant, ArraysWhoseElementsAreMissingFail) {
+    for (const VARTYPE element : {VT_I4, VT_BSTR, VT_VARIANT}) {
+        CComVariant variant = ArrayOf(element, static_cast<VARTYPE>(VT_ARRAY | element), 1);
+        void* const elements = std::exchange(variant.parray->pvData, nullptr);
+        EXPECT_EQ(ComProblem([&] { Archive().write(variant); }), E_FAIL) << element;
+        EXPECT_EQ(variant.parray->cLocks, 0u);
+        variant.parray->pvData = elements;
+    }
 }
 
 TEST(ArchiveVariant, ArraysThatDontStartAtZeroCantBeWritten) {

@@ -1,5 +1,11 @@
 // A desktop file as a system of windows. The server runs in this very process, on the desktop that is installed.
 
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <stop_token>
+#include <thread>
+
 #include "Common/include/ArchiveException.h"
 #include "Common/include/HeapAllocator.h"
 #include "Common/include/UtfConversion.h"
@@ -20,13 +26,54 @@ namespace {
 using Loader::LoadFailure;
 using Loader::LoadProblem;
 
+// The simulated clock stands still while the server works, so its own time-outs would never come. Where a request takes
+// four fifths of its time by the clock on the wall, as a search may, the simulated clock is moved on until it ends.
+// Before that nothing moves, so that answers don't depend on the machine.
+class Deadline {
+public:
+    Deadline() : m_thread([this](std::stop_token stop) { Watch(stop); }) {}
+
+    // While a request runs.
+    class Running {
+    public:
+        Running(Deadline& deadline, std::chrono::milliseconds timeout) : m_deadline(deadline) { m_deadline.Set(timeout); }
+        Running(const Running&) = delete;
+        Running& operator=(const Running&) = delete;
+        ~Running() { m_deadline.Set({}); }
+
+    private:
+        Deadline& m_deadline;
+    };
+
+private:
+    void Set(std::chrono::milliseconds timeout) {
+        const std::lock_guard lock(m_mutex);
+        m_timeout = timeout;
+        m_end = std::chrono::steady_clock::now() + timeout * 8 / 10;
+    }
+
+    void Watch(const std::stop_token& stop) {
+        std::unique_lock lock(m_mutex);
+        while (!m_changed.wait_for(lock, stop, std::chrono::milliseconds(20), [&] { return stop.stop_requested(); }))
+            if (m_timeout.count() > 0 && std::chrono::steady_clock::now() >= m_end)
+                Simulated::AdvanceClock(static_cast<ULONGLONG>(m_timeout.count()));
+    }
+
+    std::mutex m_mutex;
+    std::condition_variable_any m_changed;
+    std::chrono::milliseconds m_timeout{};  // zero: no request runs
+    std::chrono::steady_clock::time_point m_end;
+    std::jthread m_thread;
+};
+
 class DesktopTarget final : public Loader::ITarget {
 public:
     explicit DesktopTarget(Loader::LoaderOptions options) : m_options(std::move(options)) {}
 
-    Loader::LoadResult<Loader::Answer> Execute(std::span<const std::uint8_t> request, std::chrono::milliseconds) override {
+    Loader::LoadResult<Loader::Answer> Execute(std::span<const std::uint8_t> request, std::chrono::milliseconds timeout) override {
         RequestBuffer in, out;
         in.append(request.data(), request.size());
+        const Deadline::Running running(m_deadline, timeout);
         try {
             ExecuteAa(&in, &out);
         } catch (const ArchiveException& exception) {
@@ -46,6 +93,7 @@ public:
 
 private:
     Loader::LoaderOptions m_options;
+    Deadline m_deadline;
 };
 
 class DesktopSystem final : public Loader::ILoaderSystem {
@@ -139,6 +187,9 @@ std::unique_ptr<Loader::ILoaderSystem> OpenDesktopFile(const std::wstring& path)
 
 // Nothing is loaded here.
 std::wstring LibraryPath(const std::wstring& name) { return name; }
+
+// A desktop file has no pixels.
+std::optional<Bitmap> TakePicture(HWND) { return std::nullopt; }
 
 std::uint32_t OwnClientNumber() { return ::GetCurrentProcessId(); }
 

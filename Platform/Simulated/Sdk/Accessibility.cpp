@@ -12,9 +12,15 @@ using namespace Simulated;
 
 namespace {
 
+struct Releaser {
+    void operator()(IUnknown* held) const { held->Release(); }
+};
+using Owner = std::unique_ptr<IDispatch, Releaser>;
+
 // The object of a window's part, with a reference for the caller. The call is counted on the window. A variant type
-// that the fault plan wants in the answer goes to `type`.
-HRESULT RootObject(HWND handle, DWORD objectId, Call call, AccessibleElement** object, std::optional<VARTYPE>* type = nullptr) {
+// that the fault plan wants in the answer goes to `type`, an object model to `native`.
+HRESULT RootObject(HWND handle, DWORD objectId, Call call, AccessibleElement** object, std::optional<VARTYPE>* type = nullptr,
+                   Owner* native = nullptr) {
     *object = nullptr;
     const auto desktop = CurrentDesktop();
     if (!desktop) return E_FAIL;
@@ -28,6 +34,10 @@ HRESULT RootObject(HWND handle, DWORD objectId, Call call, AccessibleElement** o
     if (fault && fault->result) return *fault->result;
     if (fault && type) *type = fault->type;
     if (window->destroyed) return E_FAIL;
+    if (native && static_cast<LONG>(objectId) == OBJID_NATIVEOM && window->nativeObject) {
+        native->reset(new AutomationObject(desktop, window->nativeObject));
+        return S_OK;
+    }
     *object = desktop->ObjectOf(desktop->RootOf(*window, static_cast<LONG>(objectId)));
     return *object ? S_OK : E_FAIL;
 }
@@ -48,12 +58,11 @@ HRESULT AccessibleObjectFromWindow(HWND window, DWORD objectId, REFIID riid, voi
     if (!object) return E_INVALIDARG;
     *object = nullptr;
     AccessibleElement* root = nullptr;
-    const HRESULT result = RootObject(window, objectId, Call::AccessibleObjectFromWindow, &root);
-    if (!root) return result;
+    Owner owner;
+    const HRESULT result = RootObject(window, objectId, Call::AccessibleObjectFromWindow, &root, nullptr, &owner);
     // A spoilt query may throw; the platform keeps nothing then.
-    const auto release = [](AccessibleElement* element) { element->Release(); };
-    const std::unique_ptr<AccessibleElement, decltype(release)> owner(root, release);
-    return root->QueryInterface(riid, object);
+    if (root) owner.reset(static_cast<IAccessible*>(root));
+    return owner ? owner->QueryInterface(riid, object) : result;
 }
 
 HRESULT AccessibleObjectFromEvent(HWND window, DWORD objectId, DWORD childId, IAccessible** object, VARIANT* child) {
@@ -73,13 +82,10 @@ HRESULT AccessibleObjectFromEvent(HWND window, DWORD objectId, DWORD childId, IA
     VariantInit(&place);
     PutNumber(&place, static_cast<LONG>(childId));
     // Both calls may throw by the fault plan.
-    struct Releaser {
-        void operator()(IDispatch* held) const { held->Release(); }
-    };
-    std::unique_ptr<IDispatch, Releaser> container(static_cast<IAccessible*>(root));
+    Owner container(static_cast<IAccessible*>(root));
     IDispatch* answer = nullptr;
     if (childId != 0) root->get_accChild(place, &answer);
-    if (const std::unique_ptr<IDispatch, Releaser> found{answer}) {
+    if (const Owner found{answer}) {
         PutNumber(child, CHILDID_SELF);
         return found->QueryInterface(IidOf<IAccessible>(), reinterpret_cast<void**>(object));
     }

@@ -58,6 +58,10 @@ struct VARIANT {
 };
 using VARIANTARG = VARIANT;
 
+constexpr WORD DISPATCH_METHOD = 0x1;
+constexpr WORD DISPATCH_PROPERTYGET = 0x2;
+constexpr WORD DISPATCH_PROPERTYPUT = 0x4;
+constexpr DISPID DISPID_PROPERTYPUT = -3;
 struct DISPPARAMS { VARIANTARG* rgvarg; DISPID* rgdispidNamedArgs; UINT cArgs; UINT cNamedArgs; };
 struct EXCEPINFO { WORD wCode; HRESULT scode; };
 struct ITypeInfo;

@@ -1,5 +1,6 @@
-// The COM library: apartments per thread. No classes are registered.
+// The COM library: apartments per thread. One class is registered, that of XML documents.
 #include "Platform/Simulated/Sdk/SystemState.h"
+#include "Platform/Simulated/XmlDocuments.h"
 
 namespace Simulated {
 namespace {
@@ -46,14 +47,14 @@ void CoUninitialize() {
     if (t_depth > 0) --t_depth;
 }
 
-HRESULT CoCreateInstance(REFCLSID, IUnknown*, DWORD, REFIID, void** object) {
+HRESULT CoCreateInstance(REFCLSID classId, IUnknown*, DWORD, REFIID riid, void** object) {
     if (!object) return E_POINTER;
     *object = nullptr;
-    return REGDB_E_CLASSNOTREG;
+    return CreateXmlDocument(classId, riid, object);
 }
 
-HRESULT CLSIDFromProgID(LPCOLESTR, CLSID* classId) {
+HRESULT CLSIDFromProgID(LPCOLESTR programId, CLSID* classId) {
     if (!classId) return E_POINTER;
     *classId = {};
-    return CO_E_CLASSSTRING;
+    return XmlClassFromProgId(programId, classId);
 }

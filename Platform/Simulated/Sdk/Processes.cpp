@@ -15,6 +15,8 @@ constexpr std::uintptr_t SystemLibrary = 0x7FF0;
 
 LONG ReportVersion(RTL_OSVERSIONINFOW* information) {
     std::lock_guard guard(State().lock);
+    // A system without a version doesn't tell it.
+    if (State().osVersion[0] == 0) return static_cast<LONG>(0xC0000001);
     information->dwMajorVersion = State().osVersion[0];
     information->dwMinorVersion = State().osVersion[1];
     information->dwBuildNumber = State().osVersion[2];
@@ -38,9 +40,11 @@ void SetCurrentProcessId(DWORD id) {
     State().currentProcess = id;
 }
 void SetCurrentThreadId(DWORD id) { t_threadId = id; }
+DWORD NextThreadId() { return ++g_threads; }
 int OpenHandles() {
+    const int objects = OpenKernelObjects();
     std::lock_guard guard(State().lock);
-    return static_cast<int>(State().handles.size());
+    return objects + static_cast<int>(State().handles.size());
 }
 void SetOsVersion(DWORD major, DWORD minor, DWORD build) {
     std::lock_guard guard(State().lock);
@@ -57,6 +61,7 @@ DWORD GetLastError() { return t_lastError; }
 void SetLastError(DWORD code) { t_lastError = code; }
 
 BOOL CloseHandle(HANDLE handle) {
+    if (CloseKernelObject(handle)) return TRUE;
     std::lock_guard guard(State().lock);
     if (State().handles.erase(handle) != 0) return TRUE;
     SetLastError(ERROR_INVALID_HANDLE);

@@ -8,6 +8,7 @@
 #include <tuple>
 #include <vector>
 
+#include "Platform/Simulated/Sdk/User.h"
 #include "Platform/Simulated/System.h"
 
 namespace Simulated {
@@ -65,6 +66,11 @@ std::wstring LowerCase(std::wstring_view text);
 
 // Defined beside the functions that they serve.
 void ResetClock();
+DWORD NextThreadId();
+bool CloseKernelObject(HANDLE handle);
+int OpenKernelObjects();
+// The calling thread's next message, if it is one made by CreateThread; such a thread sees no others.
+bool TakeThreadMessage(MSG& message, bool remove, bool& isOwnQueue);
 void DisarmAllocationFailures();
 // True when this allocation is the one that shall fail.
 bool AllocationFails(Allocation kind);

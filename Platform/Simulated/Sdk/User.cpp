@@ -4,6 +4,7 @@
 #include <mutex>
 
 #include "Platform/Simulated/InstalledDesktop.h"
+#include "Platform/Simulated/Sdk/SystemState.h"
 #include "Platform/Simulated/System.h"
 #include "Platform/Simulated/WindowMessages.h"
 
@@ -181,6 +182,17 @@ HWND GetForegroundWindow() {
     return nullptr;
 }
 
+HWND SetFocus(HWND handle) {
+    Found found(handle);
+    if (found.Fails() || found.Planned(Call::SetFocus)) return nullptr;
+    found.desktop->Record("SetFocus " + found.window->id);
+    const ElementPtr focused = found.desktop->Focused();
+    const WindowPtr before = focused ? found.desktop->WindowOf(*focused) : nullptr;
+    // An element of the window that has the focus already keeps it; else the window's client gets it.
+    if (before != found.window) found.desktop->Focus(found.desktop->RootOf(*found.window, OBJID_CLIENT));
+    return before ? before->hwnd : GetForegroundWindow();
+}
+
 HWND WindowFromPoint(POINT point) {
     const auto desktop = CurrentDesktop();
     if (!desktop) return nullptr;
@@ -330,7 +342,12 @@ LRESULT SendMessageTimeoutW(HWND handle, UINT message, WPARAM wParam, LPARAM lPa
 BOOL PeekMessageW(MSG* message, HWND handle, UINT first, UINT last, UINT remove) {
     const auto desktop = CurrentDesktop();
     MSG next;
-    if (!desktop || !desktop->NextMessage(handle, false, next)) return FALSE;
+    bool isOwnQueue = false;
+    if (TakeThreadMessage(next, (remove & PM_REMOVE) != 0, isOwnQueue)) {
+        *message = next;
+        return TRUE;
+    }
+    if (isOwnQueue || !desktop || !desktop->NextMessage(handle, false, next)) return FALSE;
     const bool wanted = (first == 0 && last == 0) || (next.message >= first && next.message <= last);
     if (!wanted) return FALSE;
     if (remove & PM_REMOVE) desktop->NextMessage(handle, true, next);

@@ -31,9 +31,14 @@ constexpr LONG WS_VISIBLE = 0x10000000;
 constexpr LONG WS_DISABLED = 0x08000000;
 constexpr LONG WS_CHILD = 0x40000000;
 constexpr UINT LB_ERR = static_cast<UINT>(-1);
+constexpr UINT LB_SETSEL = 0x0185;
+constexpr UINT LB_SETCURSEL = 0x0186;
+constexpr UINT LB_GETCURSEL = 0x0188;
 constexpr UINT LB_GETTEXT = 0x0189;
 constexpr UINT LB_GETTEXTLEN = 0x018A;
 constexpr UINT LB_GETCOUNT = 0x018B;
+constexpr UINT LB_GETSELCOUNT = 0x0190;
+constexpr UINT LB_GETSELITEMS = 0x0191;
 
 BOOL IsWindow(HWND window);
 BOOL IsWindowVisible(HWND window);
@@ -44,6 +49,8 @@ HWND GetAncestor(HWND window, UINT flags);
 HWND GetWindow(HWND window, UINT command);
 HWND GetDesktopWindow();
 HWND GetForegroundWindow();
+// Answers the window that had the focus before: the one of the focused element, else the frontmost one.
+HWND SetFocus(HWND window);
 HWND WindowFromPoint(POINT point);
 BOOL GetWindowRect(HWND window, RECT* rectangle);
 DWORD GetWindowThreadProcessId(HWND window, DWORD* processId);

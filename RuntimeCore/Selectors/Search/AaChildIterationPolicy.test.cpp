@@ -87,7 +87,9 @@ TEST(AaChildIterationPolicy, AnElementWithoutAnAccessibleHasNoChildrenEither) {
     const AaSearchResult root;
     AaChildIterationPolicy children{AaContainer(root)};
     EXPECT_FALSE(children.HasNext());
-    EXPECT_EQ(log.Count(kListingFailed), 1u) << log.Text();
+    ASSERT_EQ(log.Lines().size(), 1u) << log.Text();
+    EXPECT_EQ(log.Count(kListingFailed), 1u);
+    EXPECT_EQ(log.Lines()[0].substr(0, 1), "E");
 }
 
 TEST(AaChildIterationPolicy, IsNeverBlockedAndItsDefaultResultIsEmpty) {

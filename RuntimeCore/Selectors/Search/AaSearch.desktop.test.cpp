@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string>
+
 #include "Platform/Simulated/System.h"
 #include "RuntimeCore/Selectors/Search/AaAttributeAccessPolicy.h"
 #include "RuntimeCore/Selectors/Search/OwnerWindow.h"
@@ -82,6 +85,21 @@ TEST(AaSearch, ASimpleElementIsFoundUnderItsChildIdAndNotEntered) {
     EXPECT_EQ(results[1].results[0].accessible.p, desktop.Element("page").p);
     EXPECT_EQ(results[1].results[0].child.lVal, 3);
     EXPECT_EQ(results[1].results[0].rectangle.top, 40);
+}
+
+TEST(AaSearch, ABadRegularExpressionIsLoggedOnceFindsNothingAndStopsNoOtherSelector) {
+    const DesktopFixture desktop(kDialog);
+    LogCapture log;
+    auto bad = Tag(nullptr, L"(");
+    bad->GetAttribute(L"name")->SetMatchingType(MatchingTypeRegex);
+    const auto results = SearchDialog(desktop, {Entry({bad}), Entry({Tag(nullptr, L"Flat")})});
+    ASSERT_EQ(results.size(), 2u);
+    EXPECT_TRUE(results[0].results.empty());
+    EXPECT_NE(results[0].error, nullptr);
+    ASSERT_EQ(results[1].results.size(), 1u);
+    EXPECT_EQ(results[1].results[0].accessible.p, desktop.Element("flat").p);
+    EXPECT_EQ(log.Count("Cannot compile regex pattern"), 1u);
+    EXPECT_GT(log.Count("RegEx match result for target"), 5u);
 }
 
 TEST(AaSearch, AnAttributeThatTwoSelectorsTestIsReadOnceForEachElement) {
@@ -268,6 +286,7 @@ TEST(AaSearchResult, AnElementOffTheScreenKeepsAZeroRectangleAndIsStillReported)
     const RECT& rectangle = results[0].results[0].rectangle;
     EXPECT_TRUE(rectangle.left == 0 && rectangle.top == 0 && rectangle.right == 0 && rectangle.bottom == 0);
     EXPECT_EQ(log.Count("AaSearchResult::UpdateLocation: Offscreen"), 1u);
+    EXPECT_EQ(std::ranges::count_if(log.Lines(), [](const auto& line) { return line.starts_with("E") && line.ends_with("Offscreen"); }), 1);
     EXPECT_EQ(desktop.Calls("off", "accLocation"), 0);
 }
 
@@ -308,6 +327,16 @@ TEST(AaSearchResult, InvisibleAndOffscreenElementsAreNotVisible) {
     EXPECT_FALSE(ResultOf(desktop, "off").IsVisible());
     EXPECT_EQ(log.Count("AaSearchResult is invisible or offscreen"), 1u);
     EXPECT_EQ(desktop.Calls("off", "accLocation"), 0);
+}
+
+TEST(AaSearchResult, ASimpleElementIsJudgedByItsOwnStateAndNotItsContainers) {
+    for (const std::string hidden : {R"("id": "page",)", R"("id": "label",)"}) {
+        std::string text = kDialog;
+        const DesktopFixture desktop(text.replace(text.find(hidden), hidden.size(), hidden + R"( "state": ["invisible"],)"));
+        const AaSearchResult label = ResultOf(desktop, "label");
+        ASSERT_FALSE(label.IsSelf());
+        EXPECT_EQ(label.IsVisible(), hidden.find("page") != std::string::npos) << hidden;
+    }
 }
 
 TEST(AaSearchResult, AnElementThatCannotSayWhereItIsCountsAsVisible) {

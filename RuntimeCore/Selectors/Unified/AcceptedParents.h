@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "RuntimeCore/Selectors/Unified/AncestorChain.h"
@@ -29,13 +30,17 @@ public:
     }
 
     // With `anyDepth` any ancestor may be a parent; without, only an unbroken line of accepted ones from the nearest
-    // up.
-    bool HasParentAmong(const AncestorChain& ancestors, bool anyDepth) const {
+    // up. The siblings below one element ask in a row and share the answer: an element was offered, and accepted or
+    // not, before the first of its children is.
+    bool HasParentAmong(const AncestorChain& ancestors, bool anyDepth) {
+        if (m_parents.empty() || ancestors.IsEmpty()) return false;
+        if (m_asked && m_asked->nearestId == ancestors.NearestId() && m_asked->anyDepth == anyDepth) return m_asked->hasParent;
         bool found = false;
         ForEachParent(ancestors, anyDepth, [&](const Parent&) {
             found = true;
             return false;
         });
+        m_asked = Asked{ancestors.NearestId(), anyDepth, found};
         return found;
     }
     // The best scored, the nearest of equals. Null when every parent was pushed out.
@@ -68,7 +73,14 @@ private:
         });
     }
 
+    struct Asked {
+        std::int64_t nearestId;
+        bool anyDepth;
+        bool hasParent;
+    };
+
     std::vector<Parent> m_parents;  // by id
+    std::optional<Asked> m_asked;
 };
 
 }  // namespace Zorvex::Search

@@ -30,6 +30,8 @@ public:
     }
 
     bool IsEmpty() const noexcept { return m_nearest == nullptr; }
+    // Of a chain that isn't empty.
+    std::int64_t NearestId() const noexcept { return m_nearest->id; }
 
     // Calls `visit(id)` from the nearest to the farthest until it answers false.
     template <class Visit>

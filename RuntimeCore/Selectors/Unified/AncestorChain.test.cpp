@@ -27,6 +27,7 @@ ScoreStatistics Scored(double mean) {
 TEST(AncestorChain, IsWalkedFromTheNearestToTheFarthest) {
     const AncestorChain chain = AncestorChain().Extended(1).Extended(2).Extended(3);
     EXPECT_EQ(Ids(chain), (std::vector<std::int64_t>{3, 2, 1}));
+    EXPECT_EQ(chain.NearestId(), 3);
     EXPECT_TRUE(AncestorChain().IsEmpty());
 }
 
@@ -52,6 +53,18 @@ TEST(AcceptedParents, WithAnyDepthAGapInTheLineDoesNotMatter) {
     EXPECT_TRUE(parents.HasParentAmong(chain, true));
     EXPECT_FALSE(parents.HasParentAmong(chain, false));
     EXPECT_FALSE(parents.HasParentAmong(AncestorChain(), true));
+}
+
+TEST(AcceptedParents, TheAnswerForOneParentIsNotGivenForAnother) {
+    AcceptedParents parents;
+    parents.Add(1, Scored(0.5));
+    const AncestorChain below = AncestorChain().Extended(1).Extended(3);
+    const AncestorChain beside = AncestorChain().Extended(2).Extended(4);
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_TRUE(parents.HasParentAmong(below, true));
+        EXPECT_TRUE(parents.HasParentAmong(below, true));
+        EXPECT_FALSE(parents.HasParentAmong(beside, true));
+    }
 }
 
 TEST(AcceptedParents, OnATieTheNearestAncestorWins) {

@@ -1,7 +1,7 @@
 // The walk of a search: level by level, in the order in which parents were visited and listed their children.
 #pragma once
 
-#include <deque>
+#include <cstddef>
 #include <utility>
 #include <vector>
 
@@ -21,40 +21,67 @@ public:
 
     void DoSearch(Result root, std::vector<Behavior>& behaviours) override {
         LogInfo("BFS Start");
-        std::deque<SearchQueueEntry> queue;
-        queue.push_back({Container(std::move(root)), AncestorChain(), true});
-        Progress progress = Progress::Continue;
-        while (!queue.empty() && progress == Progress::Continue) {
-            const SearchQueueEntry entry = std::move(queue.front());
-            queue.pop_front();
-            progress = VisitChildren(entry, behaviours, queue);
+        Level level;
+        Level below;
+        level.elements.emplace_back(std::move(root));
+        level.families.push_back({AncestorChain(), 1});
+        bool isRoot = true;
+        while (VisitLevel(level, isRoot, behaviours, below) == Progress::Continue && !below.elements.empty()) {
+            std::swap(level, below);
+            below.Clear();
+            isRoot = false;
         }
         LogInfo("BFS End");
     }
 
 private:
-    // An element whose children are to be visited.
-    struct SearchQueueEntry {
-        Container element;
-        AncestorChain above;  // of its parent, which all siblings share
-        bool isRoot;
+    // The children of one parent, a number of elements in a row. What they share lies beside them: a level of a wide
+    // tree is long.
+    struct Family {
+        AncestorChain above;  // ends with the parent
+        std::size_t size;
+    };
+    // Elements whose children are to be visited, in the order in which that is done.
+    struct Level {
+        std::vector<Container> elements;
+        std::vector<Family> families;
+
+        void Clear() {
+            elements.clear();
+            families.clear();
+        }
     };
 
     enum class Progress { Continue, AllDone, TimeUp };
 
-    Progress VisitChildren(const SearchQueueEntry& entry, std::vector<Behavior>& behaviours, std::deque<SearchQueueEntry>& queue) {
-        typename Traits::ChildIterationPolicy children(entry.element);
+    Progress VisitLevel(Level& level, bool isRoot, std::vector<Behavior>& behaviours, Level& below) {
+        auto next = level.elements.begin();
+        for (const Family& family : level.families) {
+            for (const auto end = next + static_cast<std::ptrdiff_t>(family.size); next != end; ++next) {
+                // Nothing is held longer than it is needed.
+                const Container element = std::move(*next);
+                const Progress progress = VisitChildren(element, isRoot, family.above, behaviours, below);
+                if (progress != Progress::Continue) return progress;
+            }
+        }
+        return Progress::Continue;
+    }
+
+    Progress VisitChildren(const Container& element, bool isRoot, const AncestorChain& above, std::vector<Behavior>& behaviours, Level& below) {
+        typename Traits::ChildIterationPolicy children(element);
         if (!children.HasNext()) return Progress::Continue;
-        const AncestorChain ancestors = entry.isRoot ? AncestorChain() : entry.above.Extended(entry.element.id);
+        AncestorChain ancestors = isRoot ? AncestorChain() : above.Extended(element.id);
+        const std::size_t first = below.elements.size();
         do {
-            // The check stands before the next child is fetched, so that nothing is read from it. What is left in the
-            // queue isn't even listed: that would cost a call for each entry, and an endless tree has no end of them.
+            // The check stands before the next child is fetched, so that nothing is read from it. What else waits
+            // isn't even listed: that would cost a call for each element, and an endless tree has no end of them.
             if (this->IsTimeUp()) return Progress::TimeUp;
             Result child = children.Next();
             bool visitChildren = false;
-            if (Offer(child, behaviours, entry.isRoot, ancestors, visitChildren)) return Progress::AllDone;
-            if (visitChildren && child.IsSelf()) queue.push_back({Container(std::move(child)), ancestors, false});
+            if (Offer(child, behaviours, isRoot, ancestors, visitChildren)) return Progress::AllDone;
+            if (visitChildren && child.IsSelf()) below.elements.emplace_back(std::move(child));
         } while (children.HasNext());
+        if (const std::size_t size = below.elements.size() - first; size != 0) below.families.push_back({std::move(ancestors), size});
         return Progress::Continue;
     }
 

@@ -6,6 +6,8 @@
 #include <limits>
 
 #include "RuntimeCore/Selectors/Unified/SearchResultSequence.h"
+#include "RuntimeCore/Selectors/Values/AttributeNames.h"
+#include "RuntimeCore/Selectors/Values/StaticSelectorTagBase.h"
 #include "tests/Support/LogCapture.h"
 #include "tests/Support/SearchTree.h"
 
@@ -125,7 +127,7 @@ TEST(BreadthFirstSearch, OneSelectorsWishToGoDeeperQueuesAChildForAll) {
     EXPECT_EQ(results[1].results.size(), 3u);
 }
 
-TEST(BreadthFirstSearch, AnEndlessSelectorListOfOneTreeKeepsTheIdsOfElementsUnique) {
+TEST(BreadthFirstSearch, EveryElementHasOneIdOfItsOwnForAllSelectors) {
     const SearchTree tree = Family();
     Search::SetSearchResultSequence(101);
     const auto results = SearchIn(tree, {Entry({LabelTag(L"")}), Entry({LabelTag(L"")})});
@@ -207,15 +209,29 @@ TEST(SelectorMatching, ADisabledIdxIsIgnored) {
     EXPECT_EQ(SearchIn(tree, {Entry({tag})})[0].results.size(), 4u);
 }
 
-// A tag whose idx isn't a number, as no tag of this library can be but another component's could.
+// A tag whose idx is a text, as no tag of this library has it but another component's could.
+class TextIndexTag final : public StaticSelectorTagBase<TextIndexTag, 2> {
+public:
+    static constexpr std::uint32_t kSerializationId = 0;
+    static constexpr TagKind kTagKind = TagKind::Aa;
+    static const AttributeTable& StaticTable() {
+        static const AttributeTable table = BuildTable({{AttributeNames::Role, AttributeValueKind::String}, {AttributeNames::Idx, AttributeValueKind::String}});
+        return table;
+    }
+};
+
 TEST(SelectorMatching, AnIdxThatIsNoNumberMatchesNoCandidate) {
     LogCapture log(L"INFO");
     const SearchTree tree = Family();
-    auto tag = std::make_shared<WebCtrlTag>();
+    auto tag = std::make_shared<TextIndexTag>();
     tag->SetAttribute(L"role", std::make_shared<StringValue>(L"a"));
-    tag->SetAttribute(L"idx", std::make_shared<NumberValue>(std::numeric_limits<std::int64_t>::min()));
+    tag->SetAttribute(L"idx", std::make_shared<StringValue>(L"1"));
+    ASSERT_NE(tag->GetAttribute(L"idx"), nullptr);
     const auto results = SearchIn(tree, {Entry({tag})});
     EXPECT_TRUE(results[0].results.empty());
+    EXPECT_NE(results[0].error, nullptr);
+    EXPECT_EQ(results[0].limit, 1u);
+    EXPECT_EQ(tree.visited.size(), 7u);
     EXPECT_TRUE(log.Contains("Searching for IDX = -9223372036854775808"));
 }
 

@@ -110,7 +110,7 @@ private:
     }
 
     // The first tag starts where the scope lets it; a later one needs a parent above.
-    bool MayStandHere(std::size_t position, bool isRootLevel, const AncestorChain& ancestors) const {
+    bool MayStandHere(std::size_t position, bool isRootLevel, const AncestorChain& ancestors) {
         if (position != 0) return m_tags[position].acceptedParents.HasParentAmong(ancestors, IsAnyDepth());
         const SearchScope scope = m_query.options.scope;
         return isRootLevel || (scope != SearchScope::ChildrenOnly && scope != SearchScope::DescendantsOfTopLevel);

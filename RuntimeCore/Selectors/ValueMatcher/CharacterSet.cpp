@@ -85,7 +85,19 @@ std::int32_t FindCollatingElement(std::wstring_view name) {
     return -1;
 }
 
+void CharacterSet::MergeRanges() {
+    std::sort(m_ranges.begin(), m_ranges.end(), [](Range a, Range b) { return a.first < b.first; });
+    std::vector<Range> merged;
+    for (const Range& range : m_ranges) {
+        if (!merged.empty() && range.first <= merged.back().last + 1) merged.back().last = std::max(merged.back().last, range.last);
+        else merged.push_back(range);
+    }
+    m_ranges = std::move(merged);
+}
+
 void CharacterSet::Close(bool caseSensitive) {
+    // Merged ranges hold each unit once, so that many wide ones cost no more than one.
+    MergeRanges();
     if (!caseSensitive) {
         const std::size_t count = m_ranges.size();
         for (std::size_t i = 0; i < count; ++i) {
@@ -96,18 +108,12 @@ void CharacterSet::Close(bool caseSensitive) {
                     continue;
                 }
                 const auto lower = static_cast<std::uint32_t>(ToLower(static_cast<wchar_t>(code)));
-                if (lower != code) m_ranges.push_back({lower, lower});
+                if (lower < range.first || lower > range.last) m_ranges.push_back({lower, lower});
                 ++code;
             }
         }
+        MergeRanges();
     }
-    std::sort(m_ranges.begin(), m_ranges.end(), [](Range a, Range b) { return a.first < b.first; });
-    std::vector<Range> merged;
-    for (const Range& range : m_ranges) {
-        if (!merged.empty() && range.first <= merged.back().last + 1) merged.back().last = std::max(merged.back().last, range.last);
-        else merged.push_back(range);
-    }
-    m_ranges = std::move(merged);
     std::sort(m_complements.begin(), m_complements.end());
     m_complements.erase(std::unique(m_complements.begin(), m_complements.end()), m_complements.end());
     for (std::size_t code = 0; code < m_direct.size(); ++code) m_direct[code] = ContainsSlowly(static_cast<wchar_t>(code));

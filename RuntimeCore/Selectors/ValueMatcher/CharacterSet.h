@@ -47,6 +47,8 @@ private:
 
     static std::uint32_t Code(wchar_t unit) { return static_cast<std::uint32_t>(unit); }
     bool ContainsSlowly(wchar_t unit) const;
+    // Into disjoint ranges in ascending order.
+    void MergeRanges();
 
     std::vector<Range> m_ranges;
     std::uint32_t m_classes = 0;

@@ -9,7 +9,7 @@ namespace {
 
 constexpr double kNormalWeight = 0.999;
 constexpr double kSortedWeight = 0.95;
-// Texts of so many units together are compared in both forms at once, in memory that is there already.
+// Texts of so many units together are compared in both forms at once.
 constexpr std::size_t kShortTexts = 128;
 
 // The share of `common` units in both texts. A unit that isn't common costs 1 on its side, so the distance of the
@@ -59,15 +59,20 @@ double FuzzyPattern::Ratio(std::wstring_view pattern, std::wstring_view text) {
     const std::wstring_view other = m_otherNormal.Make(text);
     const std::wstring_view otherSorted = m_otherSorted.Make(other);
     // The same two texts again, with the lower weight: it can't come out higher.
-    if (otherSorted == other && m_inOrder) return m_normal.Ratio(other) * kNormalWeight;
+    if (m_inOrder && otherSorted == other) return m_normal.Ratio(other) * kNormalWeight;
 
     const std::size_t total = m_normal.text.size() + other.size();
     const std::size_t sortedTotal = m_sorted.text.size() + otherSorted.size();
     if (total <= kShortTexts && m_normal.text != other) {
-        m_normal.Assign();
-        m_sorted.Assign();
-        const auto common = CommonSubsequence::LengthOfEach(m_normal.common, other, m_sorted.common, otherSorted);
-        return std::max(Share(common.a, total) * kNormalWeight, Share(common.b, sortedTotal) * kSortedWeight);
+        try {
+            m_normal.Assign();
+            m_sorted.Assign();
+            const auto common = CommonSubsequence::LengthOfEach(m_normal.common, other, m_sorted.common, otherSorted);
+            return std::max(Share(common.a, total) * kNormalWeight, Share(common.b, sortedTotal) * kSortedWeight);
+        } catch (const std::bad_alloc&) {
+            // One after the other, then: a form that there is memory for still counts.
+            m_normal.assigned = m_sorted.assigned = false;
+        }
     }
 
     const double normal = m_normal.Ratio(other) * kNormalWeight;

@@ -1,6 +1,7 @@
 // Regular expressions that a stranger may write: matching ends in bounded time, memory and stack.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string_view>
 
@@ -18,6 +19,15 @@ struct RegexError {
     const char* message;  // a literal
 };
 
+// What the expressions of one stranger may cost together, for who compiles many and keeps them: a few characters of
+// pattern can ask for a program of a megabyte. A step is an instruction, or a piece of syntax, of about 20 bytes. An
+// expression without repetitions in braces takes less than 4 steps a unit.
+struct RegexBudget {
+    std::uint64_t steps;
+    // Throws RegexError when less is left.
+    void Spend(std::uint64_t cost);
+};
+
 struct RegexProgram;
 
 // One compiled expression in the ECMAScript grammar of std::wregex.
@@ -30,7 +40,8 @@ public:
     Regex& operator=(Regex&&) noexcept;
 
     // Throws RegexError for a bad pattern and for one that is too large: nesting, repetitions and length are bounded.
-    static Regex Compile(std::wstring_view pattern, bool caseSensitive);
+    // `budget` is borrowed; null: none but the bounds of each expression.
+    static Regex Compile(std::wstring_view pattern, bool caseSensitive, RegexBudget* budget = nullptr);
 
     // True if the expression matches all of `text`, not a part of it. Throws RegexError when the match would take
     // more steps than a hostile pattern is granted.

@@ -260,6 +260,29 @@ TEST(Regex, ProgramsBeyondTheBoundAreRefused) {
     EXPECT_TRUE(Matches(Repeat(L"a|", 30000) + L"b", L"b"));
 }
 
+// Without case each range is closed over lower case, which a hostile set could multiply by the size of the alphabet.
+TEST(Regex, SetsOfManyWideRangesCompileSoon) {
+    const Stopwatch watch;
+    std::wstring one = L"[";
+    while (one.size() + 4 < 65536) one += {L'\u0001', L'-', L'\uffff'};
+    EXPECT_TRUE(Matches(one + L"]", L"\u0416", false));
+    std::wstring many;
+    while (many.size() + 5 < 65536) many += L"[\u0080-\uffff]";
+    EXPECT_TRUE(Matches(many, std::wstring(many.size() / 5, L'\u0416'), false));
+    EXPECT_FALSE(Matches(many, L"\u0416", false));
+    EXPECT_LT(watch.Seconds(), 5.0);  // far less without sanitizers
+}
+
+TEST(Regex, OverlappingRangesAreOneSetWithoutCaseAsWell) {
+    for (const bool caseSensitive : {false, true}) {
+        EXPECT_TRUE(Matches(L"[X-ZA-MF-Qa]+", L"AFMQXZa", caseSensitive));
+        EXPECT_FALSE(Matches(L"[X-ZA-MF-Qa]", L"R", caseSensitive));
+        EXPECT_EQ(!caseSensitive, Matches(L"[X-ZA-MF-Q]+", L"abmqz", caseSensitive));
+    }
+    EXPECT_FALSE(Matches(L"[X-ZA-MF-Q]", L"r", false));
+    EXPECT_TRUE(Matches(L"[\u13a0-\u13ef]+", L"\u13a0\uab70\uabbf", false));  // lower case far away
+}
+
 template <class Call>
 RegexErrorCode CodeOf(Call call) {
     try {

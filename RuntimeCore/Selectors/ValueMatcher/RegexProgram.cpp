@@ -9,13 +9,17 @@ namespace {
 constexpr std::size_t kMaximumInstructions = 100000;
 // Repetitions of what has no instructions, as (){1000}, cost time too.
 constexpr std::size_t kMaximumVisits = 1000000;
+// A set holds a table and some lists, as much as this many instructions.
+constexpr std::uint64_t kCostOfSet = 16;
 
 class Compiler {
 public:
-    Compiler(const RegexSyntax& syntax, RegexProgram& program) : m_syntax(syntax), m_program(program) {}
+    Compiler(const RegexSyntax& syntax, RegexProgram& program, RegexBudget* budget)
+        : m_syntax(syntax), m_program(program), m_budget(budget) {}
 
     // What is open is kept in a list of its own: the pattern's nesting costs no stack here.
     void Compile() {
+        if (m_budget) m_budget->Spend(m_syntax.nodes.size() + kCostOfSet * m_syntax.sets.size());
         Visit(m_syntax.root);
         while (!m_open.empty()) Continue();
         Emit(Kind::Accept);
@@ -29,6 +33,7 @@ private:
     std::uint32_t Emit(Kind kind, std::uint32_t a = 0, std::uint32_t b = 0) {
         if (m_program.code.size() >= kMaximumInstructions)
             throw RegexError{RegexErrorCode::Complexity, "expression is too complex"};
+        if (m_budget) m_budget->Spend(1);
         m_program.code.push_back({kind, a, b});
         return Here() - 1;
     }
@@ -50,6 +55,7 @@ private:
 
     void Visit(std::uint32_t node) {
         if (++m_visits > kMaximumVisits) throw RegexError{RegexErrorCode::Complexity, "expression is too complex"};
+        if (m_budget) m_budget->Spend(1);
         m_open.push_back({.node = node});
     }
     void Close() { m_open.pop_back(); }
@@ -112,7 +118,7 @@ private:
     }
 
     void ContinueGroup(OpenNode& open, const RegexNode& node) {
-        const bool saves = m_syntax.hasBackReferences && node.value != 0;
+        const bool saves = m_program.keepsGroups && node.value != 0;
         if (saves) Emit(Kind::Save, 2 * (node.value - 1) + open.step);
         if (open.step++ == 0) Visit(node.children[0]);
         else Close();
@@ -133,7 +139,7 @@ private:
 
     void ContinueRepetition(OpenNode& open, const RegexNode& node) {
         if (open.isInLoop) {
-            if (m_syntax.hasBackReferences) Emit(Kind::LoopCheck, open.loop);
+            if (m_program.keepsGroups) Emit(Kind::LoopCheck, open.loop);
             Emit(Kind::Jump, open.instruction);
             SetExit(open.instruction, node.greedy);
             Close();
@@ -147,7 +153,7 @@ private:
         if (open.step >= node.minimum && node.maximum == kNoMaximum) {
             open.isInLoop = true;
             open.instruction = Emit(Kind::Split);
-            if (m_syntax.hasBackReferences) {
+            if (m_program.keepsGroups) {
                 open.loop = m_program.loops++;
                 Emit(Kind::LoopBegin, open.loop);
             }
@@ -155,7 +161,7 @@ private:
             AddWaiting(open.waiting, Emit(Kind::Split));
         }
         // What a group inside held in the round before is forgotten at the start of each.
-        if (m_syntax.hasBackReferences && node.firstGroup < node.lastGroup)
+        if (m_program.keepsGroups && node.firstGroup < node.lastGroup)
             Emit(Kind::ClearSaves, 2 * node.firstGroup, 2 * node.lastGroup);
         ++open.step;
         Visit(node.children[0]);
@@ -163,18 +169,21 @@ private:
 
     const RegexSyntax& m_syntax;
     RegexProgram& m_program;
+    RegexBudget* m_budget;
     std::vector<OpenNode> m_open;
     std::size_t m_visits = 0;
 };
 
 }  // namespace
 
-RegexProgram CompileRegex(RegexSyntax syntax, bool caseSensitive) {
+RegexProgram CompileRegex(RegexSyntax syntax, bool caseSensitive, RegexGroups groups, RegexBudget* budget) {
     RegexProgram program;
     program.groups = syntax.groups;
     program.hasBackReferences = syntax.hasBackReferences;
+    program.keepsGroups = syntax.hasBackReferences || groups == RegexGroups::Kept;
     program.caseSensitive = caseSensitive;
-    Compiler(syntax, program).Compile();
+    Compiler(syntax, program, budget).Compile();
+    program.code.shrink_to_fit();  // an expression may be kept for long
     program.sets = std::move(syntax.sets);
     return program;
 }
@@ -202,9 +211,15 @@ Regex::~Regex() = default;
 Regex::Regex(Regex&&) noexcept = default;
 Regex& Regex::operator=(Regex&&) noexcept = default;
 
-Regex Regex::Compile(std::wstring_view pattern, bool caseSensitive) {
+void RegexBudget::Spend(std::uint64_t cost) {
+    if (cost > steps) throw RegexError{RegexErrorCode::Complexity, "expressions are too complex together"};
+    steps -= cost;
+}
+
+Regex Regex::Compile(std::wstring_view pattern, bool caseSensitive, RegexBudget* budget) {
     Regex regex;
-    regex.m_program = std::make_unique<const RegexProgram>(CompileRegex(ParseRegex(pattern, caseSensitive), caseSensitive));
+    regex.m_program = std::make_unique<const RegexProgram>(
+        CompileRegex(ParseRegex(pattern, caseSensitive), caseSensitive, RegexGroups::Forgotten, budget));
     return regex;
 }
 

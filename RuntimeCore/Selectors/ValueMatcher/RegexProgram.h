@@ -20,7 +20,7 @@ struct RegexInstruction {
         Begin, End, WordBoundary, NoWordBoundary,
         Look,     // a: index in `looks`; goes on behind the body, at b
         Accept,   // the end of the program or of a look-ahead's body
-        // Only in programs with references back:
+        // Only in programs that keep groups:
         Save,           // a: slot that gets the position; two slots a group, its begin and its end
         ClearSaves,     // slots from a to before b
         BackReference,  // a: number of the group
@@ -46,6 +46,7 @@ struct RegexProgram {
     std::uint32_t groups = 0;
     std::uint32_t loops = 0;
     bool hasBackReferences = false;
+    bool keepsGroups = false;
     bool caseSensitive = true;
 
     wchar_t Folded(wchar_t unit) const;
@@ -55,8 +56,25 @@ struct RegexProgram {
     static bool Holds(RegexInstruction::Kind kind, std::wstring_view text, std::size_t position);
 };
 
-// Throws RegexError when the program would have more than 100,000 instructions.
-RegexProgram CompileRegex(RegexSyntax syntax, bool caseSensitive);
+// Whether a program notes where its groups matched. One with references back always does.
+enum class RegexGroups { Forgotten, Kept };
+
+// Throws RegexError when the program would have more than 100,000 instructions, or cost more than the budget holds.
+RegexProgram CompileRegex(RegexSyntax syntax, bool caseSensitive, RegexGroups groups, RegexBudget* budget);
+
+// The steps that a match may still take.
+class RegexSteps {
+public:
+    explicit RegexSteps(std::uint64_t steps) : m_left(steps) {}
+    // Throws RegexError when there are fewer left.
+    void Spend(std::uint64_t steps) {
+        if (steps > m_left) throw RegexError{RegexErrorCode::Complexity, "match takes too many steps"};
+        m_left -= steps;
+    }
+
+private:
+    std::uint64_t m_left;
+};
 
 // Follows all ways at once, unit by unit: time is bounded by text times program. Not for references back.
 bool RunAllWays(const RegexProgram& program, std::wstring_view text);

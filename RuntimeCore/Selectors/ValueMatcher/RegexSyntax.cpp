@@ -1,5 +1,6 @@
 #include "RuntimeCore/Selectors/ValueMatcher/RegexSyntax.h"
 
+#include <map>
 #include <string>
 
 #include "RuntimeCore/Selectors/ValueMatcher/LowerCase.h"
@@ -22,6 +23,19 @@ std::uint32_t ClassOfEscape(wchar_t letter) {
         case L'w': case L'W': return ClassWord;
         default: return 0;
     }
+}
+
+// Each unit that has a lower case, under that. Made once: a pattern may ask thousands of times.
+const std::multimap<wchar_t, wchar_t>& UnitsInUpperCase() {
+    static const auto units = [] {
+        std::multimap<wchar_t, wchar_t> found;
+        for (std::uint32_t code = 0; code <= 0xFFFF; code = IsCaselessPage(code >> 8) ? (code | 0xFF) + 1 : code + 1) {
+            const auto unit = static_cast<wchar_t>(code);
+            if (ToLower(unit) != unit) found.emplace(ToLower(unit), unit);
+        }
+        return found;
+    }();
+    return units;
 }
 
 bool IsAsciiLetter(wchar_t unit) { return unit < 0x80 && IsLetter(unit); }
@@ -291,8 +305,8 @@ private:
         if (Take(L"[=")) {
             // Units of one sort: the same letter in either case.
             const wchar_t lower = ToLower(TakeCollatingElement(L"=]"));
-            for (std::uint32_t code = 0; code <= 0xFFFF; code = IsCaselessPage(code >> 8) ? (code | 0xFF) + 1 : code + 1)
-                if (ToLower(static_cast<wchar_t>(code)) == lower) set.AddRange(static_cast<wchar_t>(code), static_cast<wchar_t>(code));
+            const auto [first, last] = UnitsInUpperCase().equal_range(lower);
+            for (auto entry = first; entry != last; ++entry) set.AddRange(entry->second, entry->second);
             set.AddRange(lower, lower);
             return false;
         }

@@ -80,6 +80,11 @@ TEST(StringNormalMatcher, WithoutAValueLogsAndLeavesTheStatistics) {
     EXPECT_EQ('E', log.Lines().at(0).at(0));
 }
 
+TEST(StringNormalMatcher, SeesNothingBehindAnEmbeddedNul) {
+    const StringValue value(L"ab");
+    EXPECT_TRUE(StringNormalMatcher().Matches(&value, CString(std::wstring_view(L"ab\0cd", 5)), nullptr));
+}
+
 // ---- Regular expressions ----
 
 TEST(StringRegexMatcher, MatchesTheWholeTargetAlone) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "Common/include/Archive.h"
+#include "Common/include/ComException.h"
 #include "RuntimeCore/Selectors/Values/NumberValue.h"
 #include "RuntimeCore/Selectors/Values/ScoreStatistics.h"
 #include "RuntimeCore/Selectors/Values/StringValue.h"
@@ -178,6 +179,18 @@ TEST(AttrValue, CloneHasTheSameClassSettingsAndValueAndNoMatcher) {
     ExpectClone(StringValue(L"abc", 3, 0.5, false, false));
     ExpectClone(NumberValue(7, 4, 0.25, false, true));
     ExpectClone(VariantValue(CComVariant(L"abc"), 1, 0.75, true, false));
+}
+
+TEST(AttrValue, CloneOfAVariantThatCantBeCopiedThrows) {
+    CComVariant strange;
+    strange.vt = 0x7F;
+    VariantValue value(std::move(strange));
+    try {
+        value.Clone();
+        FAIL() << "no exception";
+    } catch (const ComException& exception) {
+        EXPECT_EQ(exception.Error(), DISP_E_BADVARTYPE);
+    }
 }
 
 // ---- The matcher ----

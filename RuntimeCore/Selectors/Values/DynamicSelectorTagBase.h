@@ -96,6 +96,8 @@ public:
     AttributeMap GetAttributesOrDefault() const override { return GetAttributes(); }
 
     bool Equals(const ISelectorTag& other) const override {
+        // A tag equals itself, even with a value that equals nothing.
+        if (this == &other) return true;
         if (!Base::Equals(other)) return false;
         const AttributeMap& theirs = static_cast<const DynamicSelectorTagBase&>(other).m_dynamicAttributes;
         return std::equal(m_dynamicAttributes.begin(), m_dynamicAttributes.end(), theirs.begin(), theirs.end(),

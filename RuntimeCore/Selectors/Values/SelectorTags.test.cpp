@@ -289,16 +289,16 @@ TEST(SelectorTags, IdsThatNoReaderKnowsAreLoggedAndThrown) {
         Archive archive = ArchiveOf({9, 1, 1, id & 0xFF, id >> 8, 0, 0});
         std::shared_ptr<ISelectorTag> tag;
         EXPECT_EQ(ArchiveProblem([&] { readShared(archive, tag); }), "readDynamic ISelectorTag: Serialization ID not identified");
-        EXPECT_TRUE(log.Contains("Serialization ID = " + std::to_string(id) +
-                                 ", not identified. Failed to read selector tag value from archive."));
+        EXPECT_EQ(log.Lines(), std::vector<std::string>{"E [readDynamic] Serialization ID = " + std::to_string(id) +
+                                                        ", not identified. Failed to read selector tag value from archive."});
     }
     for (const int id : {10001, 20010}) {
         Testing::LogCapture log;
         Archive archive = ArchiveOf({9, 1, 1, id & 0xFF, id >> 8, 0, 0});
         std::shared_ptr<IAttrValue> value;
         EXPECT_EQ(ArchiveProblem([&] { readShared(archive, value); }), "readDynamic IAttrValue: Serialization ID not identified");
-        EXPECT_TRUE(log.Contains("Serialization ID = " + std::to_string(id) +
-                                 ", not identified. Failed to read dynamic attribute value from archive."));
+        EXPECT_EQ(log.Lines(), std::vector<std::string>{"E [readDynamic] Serialization ID = " + std::to_string(id) +
+                                                        ", not identified. Failed to read dynamic attribute value from archive."});
     }
 }
 

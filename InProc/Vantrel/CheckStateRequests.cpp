@@ -1,0 +1,57 @@
+#include "InProc/Vantrel/CheckStateRequests.h"
+
+#include "Common/include/Log.h"
+#include "InProc/Vantrel/AAContainerCache.h"
+#include "RuntimeCore/CheckState.h"
+
+namespace Zorvex {
+
+namespace {
+
+// Moves from a window's frame to its client, where there is one.
+void EnterFrame(CComPtr<IAccessible>& object) {
+    const CComVariant self(CHILDID_SELF);
+    CComVariant role;
+    if (FAILED(object->get_accRole(self, &role)) || role.vt != VT_I4 || role.lVal != ROLE_SYSTEM_WINDOW) return;
+    CComVariant child;
+    CComPtr<IAccessible> client;
+    if (FAILED(object->accNavigate(NAVDIR_FIRSTCHILD, self, &child)) || child.vt != VT_DISPATCH || !child.pdispVal) return;
+    if (SUCCEEDED(child.pdispVal->QueryInterface(IidOf<IAccessible>(), reinterpret_cast<void**>(&client))) && client)
+        object = std::move(client);
+}
+
+// A native check box has a window of its own, so that an identifier may name just the window: the element is then the
+// one that the window is. False, with a line in the log, for a window without an object.
+bool EnterWindow(AAElement& element) {
+    if (!element.NamesWindow()) return true;
+    const HRESULT result = ::AccessibleObjectFromWindow(element.hWnd, static_cast<DWORD>(OBJID_WINDOW), IidOf<IAccessible>(),
+                                                        reinterpret_cast<void**>(&element.spAcc));
+    if (FAILED(result) || !element.spAcc) {
+        LogError("AccessibleObjectFromWindow failed");
+        element.spAcc.Release();
+        return false;
+    }
+    EnterFrame(element.spAcc);
+    return true;
+}
+
+}  // namespace
+
+GetIsCheckedResponse GetIsCheckedImpl(const GetIsCheckedRequest& request) {
+    LogVerbose("calling LookupIdentifier");
+    AAElement element = AAContainerCache::Instance().LookupIdentifier(request.element);
+    if (!EnterWindow(element)) return {};
+    GetIsCheckedResponse response;
+    response.success = SUCCEEDED(AAUtil::GetIsChecked(element.spAcc, element.child, response.isChecked));
+    return response;
+}
+
+ResultResponse SetIsCheckedImpl(const SetIsCheckedRequest& request) {
+    LogVerbose("calling LookupIdentifier");
+    AAElement element = AAContainerCache::Instance().LookupIdentifier(request.element);
+    // A window without an object is the next step's to report.
+    EnterWindow(element);
+    return {AAUtil::SetIsChecked(element.spAcc, element.child, request.wantedState)};
+}
+
+}  // namespace Zorvex

@@ -1,0 +1,571 @@
+#include "InProc/Vantrel/ItemRequests.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <string>
+#include <utility>
+
+#include "InProc/Vantrel/AAContainerCache.h"
+#include "Platform/Simulated/System.h"
+#include "tests/Support/Call.h"
+#include "tests/Support/DesktopFixture.h"
+#include "tests/Support/FakeAccessible.h"
+#include "tests/Support/LogCapture.h"
+
+namespace Zorvex::Testing {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Texts = std::vector<CString>;
+
+constexpr char kDesktop[] = R"({"windows": [
+  {"id": "main", "class": "Main", "title": "Main", "objects": {"client": {"id": "client", "children": [
+    {"id": "fruit", "role": "list", "name": "Fruit", "state": ["multiselectable"], "children": [
+      {"id": "apple", "role": "list item", "name": "apple", "state": ["selectable"]},
+      {"id": "apricot", "role": "list item", "name": "apricot", "state": ["selectable"]},
+      {"id": "banana", "role": "list item", "name": "banana", "state": ["selectable", "selected"]},
+      {"id": "anana", "role": "list item", "name": "anana", "state": ["selectable", "unavailable"]},
+      {"id": "nameless", "role": "list item", "name": ""}]},
+    {"id": "one", "role": "list", "name": "One", "children": [
+      {"id": "red", "role": "list item", "name": "red", "simple": true, "state": ["selectable", "selected"]},
+      {"id": "rose", "role": "list item", "name": "rose", "simple": true, "state": ["selectable"]}]},
+    {"id": "tree", "role": "outline", "children": [
+      {"id": "root", "role": "outline item", "name": "root", "state": ["selectable"], "children": [
+        {"id": "leaf", "role": "outline item", "name": "leaf", "state": ["selectable"]}]}]},
+    {"id": "table", "role": "table", "state": ["selectable"], "selection": [], "children": [
+      {"id": "row1", "role": "row", "children": [{"id": "cell1", "role": "cell", "name": "A1", "value": "anna"}]},
+      {"id": "row2", "role": "row", "children": [{"id": "cell2", "role": "cell", "name": "A2", "value": "bert"}]}]},
+    {"id": "tabs", "role": "page tab list", "children": [
+      {"id": "tab1", "role": "page tab", "name": "General", "state": ["selectable", "selected"]},
+      {"id": "tab2", "role": "page tab", "name": "Details", "state": ["selectable"], "defaultAction": "Switch",
+       "action": [{"change": "tab1", "clear": ["selected"]}, {"change": "tab2", "add": ["selected"]}]}]},
+    {"id": "combo", "role": "combo box", "name": "Size", "value": "small", "children": [
+      {"id": "sizes", "role": "list", "children": [
+        {"id": "small", "role": "list item", "name": "small", "state": ["selectable"]},
+        {"id": "large", "role": "list item", "name": "large", "state": ["selectable"]}]}]},
+    {"id": "emptyCombo", "role": "combo box", "value": "typed", "children": [{"id": "blank", "role": "list item", "name": ""}]},
+    {"id": "empty", "role": "list", "selection": []},
+    {"id": "bar", "role": "tool bar", "children": [{"id": "button", "role": "push button", "name": "Go"}]}]}}},
+  {"id": "page", "class": "Chrome_WidgetWin_1", "objects": {"client": {"children": [
+    {"id": "webList", "role": "list", "children": [
+      {"id": "web1", "role": "list item", "name": "w1", "state": ["selectable"], "defaultAction": "click"},
+      {"id": "web2", "role": "list item", "name": "w2", "state": ["selectable", "selected"], "defaultAction": "click"}]},
+    {"id": "webCombo", "role": "combo box", "value": "x", "state": ["collapsed"], "defaultAction": "open",
+     "action": [{"change": "webCombo", "toggle": ["expanded", "collapsed"]},
+                {"insert": {"id": "options", "role": "list", "children": [{"id": "option", "role": "list item", "name": "option"}]}, "into": "webCombo"}],
+     "children": []},
+    {"id": "webSize", "role": "combo box", "value": "s", "defaultAction": "press", "children": [
+      {"id": "l", "role": "list item", "name": "l", "state": ["selectable"]}]}]}}},
+  {"id": "box", "class": "ListBox", "listBox": {"items": ["b1", "b2"], "selection": [0]},
+   "objects": {"client": {"id": "boxList", "role": "list", "children": [{"id": "b1", "role": "list item", "name": "b1", "simple": true}]}}},
+  {"id": "formsBox", "class": "WindowsForms10.LISTBOX.app", "listBox": {"items": ["f1", "f2", "f3"], "selection": [1], "multiple": true}}]})";
+
+class ItemRequestsTest : public testing::Test {
+protected:
+    AAObjectIdentifier Identify(const char* id, const char* window = "main", bool isDomAria = false) {
+        return AAContainerCache::Instance().RegisterObject({kClientPid, desktop.Window(window)},
+                                                           AAElement{desktop.Window(window), desktop.Element(id), desktop.Child(id)}, isDomAria);
+    }
+    AAObjectIdentifier WindowOnly(const char* window) {
+        AAObjectIdentifier identifier;
+        identifier.hWnd = desktop.Window(window);
+        identifier.clientPid = kClientPid;
+        return identifier;
+    }
+    GetAllItemsResponse All(const AAObjectIdentifier& element) {
+        GetAllItemsRequest request;
+        request.element = element;
+        return Call(request);
+    }
+    SelectionResult Select(const AAObjectIdentifier& element, Texts items, const std::function<void(SetSelectedItemsRequest&)>& change = {}) {
+        SetSelectedItemsRequest request;
+        request.element = element;
+        request.items = std::move(items);
+        if (change) change(request);
+        return Call(request).status;
+    }
+    GetSelectedItemsResponse Selected(const AAObjectIdentifier& element) {
+        GetSelectedItemsRequest request;
+        request.element = element;
+        return Call(request);
+    }
+    SelectionResult Clear(const AAObjectIdentifier& element) {
+        ClearSelectedItemsRequest request;
+        request.element = element;
+        return Call(request).status;
+    }
+    bool HasState(const char* id, LONG state) {
+        CComVariant actual;
+        return desktop.Element(id)->get_accState(desktop.Child(id), &actual) == S_OK && (actual.lVal & state) == state;
+    }
+    static void ClearFirst(SetSelectedItemsRequest& request) { request.clearFirst = true; }
+    static void FirstMatchOnly(SetSelectedItemsRequest& request) { request.firstMatchOnly = true; }
+    static void AllowDisabled(SetSelectedItemsRequest& request) { request.allowDisabled = true; }
+
+    LogCapture log;
+    DesktopFixture desktop{kDesktop};
+    CacheCleaner cleaner;
+};
+
+// Reading all items.
+
+TEST_F(ItemRequestsTest, GetAllItemsLeavesOutItemsWithEmptyNames) {
+    const auto answer = All(Identify("fruit"));
+    EXPECT_EQ(answer.status, SelectionResult::Success);
+    EXPECT_THAT(answer.items, ElementsAre(L"apple", L"apricot", L"banana", L"anana"));
+    EXPECT_EQ(answer.comboBoxResult, S_OK);
+    EXPECT_TRUE(log.Contains("calling LookupIdentifier"));
+}
+
+TEST_F(ItemRequestsTest, ItemsAreThoseOfTheContainersRole) {
+    EXPECT_THAT(All(Identify("tree")).items, ElementsAre(L"root", L"leaf"));
+    EXPECT_THAT(All(Identify("table")).items, ElementsAre(L"anna", L"bert")) << "the values, in a table";
+    EXPECT_THAT(All(Identify("tabs")).items, ElementsAre(L"General", L"Details"));
+    EXPECT_THAT(All(Identify("combo")).items, ElementsAre(L"small", L"large"));
+}
+
+TEST_F(ItemRequestsTest, WithoutItemsTheStatusTellsWhetherThereCouldBeAny) {
+    EXPECT_EQ(All(Identify("empty")).status, SelectionResult::NothingFound);
+    EXPECT_EQ(All(Identify("bar")).status, SelectionResult::NothingFoundNoSelectSupport);
+    EXPECT_EQ(All(Identify("emptyCombo")).status, SelectionResult::NothingFound) << "items without names are none in a combo box";
+    EXPECT_EQ(All(Identify("client")).status, SelectionResult::Success) << "list items below anything else count as well";
+}
+
+TEST_F(ItemRequestsTest, AtMostAThousandItemsComeBack) {
+    std::string many;
+    for (int i = 0; i < 1100; ++i) many += (i ? "," : "") + std::string(R"({"role": "list item", "name": "i)") + std::to_string(i) + R"(", "simple": true})";
+    CacheCleaner::Release();
+    DesktopFixture large(R"({"windows": [{"id": "w", "class": "C", "objects": {"client": {"id": "l", "role": "list", "children": [)" + many + "]}}}]}");
+    const auto identifier = AAContainerCache::Instance().RegisterObject(
+        {kClientPid, large.Window("w")}, AAElement{large.Window("w"), large.Element("l"), large.Child("l")});
+    const auto answer = All(identifier);
+    EXPECT_EQ(answer.status, SelectionResult::Success);
+    ASSERT_EQ(answer.items.size(), 1000u);
+    EXPECT_EQ(answer.items.back(), L"i999");
+    CacheCleaner::Release();
+}
+
+TEST_F(ItemRequestsTest, DeadWindowAndUnknownElementGiveFailures) {
+    AAObjectIdentifier unknown = Identify("fruit");
+    unknown.containerId += 1000;
+    EXPECT_EQ(All(unknown).status, SelectionResult::Failure);
+    EXPECT_EQ(Select(unknown, {L"apple"}), SelectionResult::Failure);
+    EXPECT_EQ(Selected(unknown).status, SelectionResult::Failure);
+    EXPECT_EQ(Clear(unknown), SelectionResult::Failure);
+    EXPECT_EQ(log.Count("GetSelectableAccElementFromWindow: Invalid input param"), 3u) << log.Text();
+    const AAObjectIdentifier stale = Identify("fruit");
+    desktop.DestroyWindow("main");
+    EXPECT_EQ(All(stale).status, SelectionResult::Failure);
+    EXPECT_EQ(Select(stale, {}), SelectionResult::Failure);
+    EXPECT_THAT(Selected(stale).items, IsEmpty());
+    EXPECT_EQ(Clear(stale), SelectionResult::Failure);
+}
+
+TEST_F(ItemRequestsTest, WindowAloneStandsForItsClient) {
+    const auto answer = All(WindowOnly("box"));
+    EXPECT_EQ(answer.status, SelectionResult::Success) << log.Text();
+    EXPECT_THAT(answer.items, ElementsAre(L"b1"));
+    log.Clear();
+    desktop.AddFault("box", {.call = "AccessibleObjectFromWindow", .result = E_FAIL});
+    EXPECT_EQ(All(WindowOnly("box")).status, SelectionResult::Failure);
+    EXPECT_TRUE(log.Contains("GetSelectableAccElementFromWindow: AccessibleObjectFromWindow failed"));
+    desktop.AddFault("main", {.call = "AccessibleObjectFromWindow", .null = true});
+    EXPECT_EQ(Clear(WindowOnly("main")), SelectionResult::Failure);
+    EXPECT_TRUE(log.Contains("GetSelectableAccElementFromWindow: output pAccElem is null")) << log.Text();
+}
+
+TEST_F(ItemRequestsTest, ClientWhoseWindowIsGoneIsNothingToWorkOn) {
+    desktop.AddFault("boxList", {.call = "WindowFromAccessibleObject", .result = E_FAIL});
+    EXPECT_EQ(Selected(WindowOnly("box")).status, SelectionResult::Failure);
+}
+
+TEST_F(ItemRequestsTest, WebComboBoxIsOpenedForItsItemsAndClosedAgain) {
+    const auto answer = All(Identify("webCombo", "page", true));
+    EXPECT_EQ(answer.status, SelectionResult::Success) << log.Text();
+    EXPECT_THAT(answer.items, ElementsAre(L"option"));
+    EXPECT_EQ(answer.comboBoxResult, S_OK);
+    EXPECT_EQ(desktop.Calls("webCombo", "accDoDefaultAction"), 2);
+    EXPECT_TRUE(HasState("webCombo", STATE_SYSTEM_COLLAPSED));
+}
+
+TEST_F(ItemRequestsTest, ComboBoxOfNoWebPageIsNeitherOpenedNorClosed) {
+    EXPECT_EQ(All(Identify("webCombo", "page", false)).status, SelectionResult::NothingFound);
+    EXPECT_EQ(desktop.Calls("webCombo", "accDoDefaultAction"), 0);
+}
+
+TEST_F(ItemRequestsTest, ComboBoxThatDoesNotOpenGivesItsResultAndNoItems) {
+    desktop.AddFault("webCombo", {.call = "accDoDefaultAction", .result = E_ACCESSDENIED});
+    const auto answer = All(Identify("webCombo", "page", true));
+    EXPECT_EQ(answer.status, SelectionResult::Failure);
+    EXPECT_THAT(answer.items, IsEmpty());
+    EXPECT_EQ(answer.comboBoxResult, E_ACCESSDENIED);
+    EXPECT_TRUE(log.Contains("Initial ComboBox expand failed."));
+}
+
+TEST_F(ItemRequestsTest, ComboBoxThatDoesNotCloseGivesItsItemsAndTheResult) {
+    desktop.AddFault("webCombo", {.call = "accDoDefaultAction", .at = 2, .result = E_ACCESSDENIED});
+    const auto answer = All(Identify("webCombo", "page", true));
+    EXPECT_EQ(answer.status, SelectionResult::Success);
+    EXPECT_THAT(answer.items, ElementsAre(L"option"));
+    EXPECT_EQ(answer.comboBoxResult, E_ACCESSDENIED);
+    EXPECT_TRUE(log.Contains("Could not close the ComboBox after expanding it."));
+}
+
+// Selecting.
+
+TEST_F(ItemRequestsTest, PatternInAMultiSelectListSelectsEveryMatchAndOnlyTheFirstUnderFirstMatchOnly) {
+    EXPECT_EQ(Select(Identify("fruit"), {L"ap*"}, ClearFirst), SelectionResult::Success);
+    EXPECT_THAT(Selected(Identify("fruit")).items, ElementsAre(L"apple", L"apricot"));
+    EXPECT_EQ(Select(Identify("fruit"), {L"ap*t"}, ClearFirst), SelectionResult::Success);
+    EXPECT_EQ(Select(Identify("fruit"), {L"ap*"}, [](auto& request) { request.clearFirst = request.firstMatchOnly = true; }),
+              SelectionResult::Success);
+    EXPECT_THAT(Selected(Identify("fruit")).items, ElementsAre(L"apple"));
+}
+
+TEST_F(ItemRequestsTest, PatternInASingleSelectListSelectsTheFirstMatch) {
+    EXPECT_EQ(Select(Identify("one"), {L"r*"}), SelectionResult::Success);
+    EXPECT_THAT(Selected(Identify("one")).items, ElementsAre(L"red"));
+    EXPECT_EQ(Select(Identify("one"), {L"ro*"}), SelectionResult::Success);
+    EXPECT_THAT(Selected(Identify("one")).items, ElementsAre(L"rose"));
+    EXPECT_THAT(desktop.Done(), ElementsAre("SetFocus main", "accSelect red 2", "SetFocus main", "accSelect rose 2"));
+}
+
+TEST_F(ItemRequestsTest, ItemJoinsAMultipleSelectionButTakesAnEmptyOne) {
+    EXPECT_EQ(Select(Identify("fruit"), {L"apple"}), SelectionResult::Success);
+    EXPECT_THAT(Selected(Identify("fruit")).items, ElementsAre(L"apple", L"banana"));
+    EXPECT_EQ(Clear(Identify("fruit")), SelectionResult::Success);
+    EXPECT_EQ(Select(Identify("fruit"), {L"apricot"}), SelectionResult::Success);
+    EXPECT_THAT(desktop.Done(), testing::Contains("accSelect apple 8"));
+    EXPECT_THAT(desktop.Done(), testing::Contains("accSelect apricot 2"));
+}
+
+TEST_F(ItemRequestsTest, TableIsSearchedByTextAndItsRowIsSelectedNotTheCell) {
+    EXPECT_EQ(Select(Identify("table"), {L"bert"}), SelectionResult::Success);
+    EXPECT_THAT(desktop.Done(), ElementsAre("SetFocus main", "accSelect row2 8"));
+    EXPECT_EQ(Select(Identify("table"), {L"A2"}), SelectionResult::NothingFound) << "the name of a cell is not its text";
+}
+
+TEST_F(ItemRequestsTest, CellWithoutAParentCountsAsDone) {
+    desktop.AddFault("cell2", {.call = "get_accParent", .null = true});
+    EXPECT_EQ(Select(Identify("table"), {L"bert"}), SelectionResult::Success);
+    desktop.ClearFaults();
+    desktop.AddFault("row2", {.call = "accSelect", .result = E_FAIL});
+    EXPECT_EQ(Select(Identify("table"), {L"bert"}), SelectionResult::Failure);
+    EXPECT_TRUE(log.Contains("Acc selection failed"));
+}
+
+TEST_F(ItemRequestsTest, PageTabIsPressed) {
+    EXPECT_EQ(Select(Identify("tabs"), {L"Details"}), SelectionResult::Success);
+    EXPECT_THAT(Selected(Identify("tabs")).items, ElementsAre(L"Details"));
+    EXPECT_THAT(desktop.Done(), ElementsAre("SetFocus main", "accDoDefaultAction tab2"));
+}
+
+TEST_F(ItemRequestsTest, ItemOfAListInAChromiumWindowIsPressed) {
+    EXPECT_EQ(Select(Identify("webList", "page"), {L"w1"}), SelectionResult::Success);
+    EXPECT_THAT(desktop.Done(), ElementsAre("SetFocus page", "accDoDefaultAction web1"));
+    EXPECT_EQ(Clear(Identify("webList", "page")), SelectionResult::Success);
+    EXPECT_EQ(desktop.Done().back(), "accDoDefaultAction web2");
+}
+
+TEST_F(ItemRequestsTest, DisabledItemFailsAndLeavesTheSelectionAsItWasUpToThere) {
+    EXPECT_EQ(Select(Identify("fruit"), {L"apple", L"anana", L"apricot"}), SelectionResult::ItemDisabled);
+    EXPECT_THAT(Selected(Identify("fruit")).items, ElementsAre(L"apple", L"banana"));
+    EXPECT_TRUE(log.Contains("SetSelectedItemImpl: trying to select disable item"));
+    EXPECT_TRUE(log.Contains("Failed to select item: anana"));
+    EXPECT_EQ(Select(Identify("fruit"), {L"a*"}), SelectionResult::ItemDisabled) << "the matches before it are selected";
+    EXPECT_THAT(Selected(Identify("fruit")).items, ElementsAre(L"apple", L"apricot", L"banana"));
+}
+
+TEST_F(ItemRequestsTest, DisabledItemIsSelectedWhereThatIsAllowed) {
+    EXPECT_EQ(Select(Identify("fruit"), {L"anana"}, AllowDisabled), SelectionResult::Success);
+    EXPECT_THAT(desktop.Done(), testing::Contains("accSelect anana 8"));
+}
+
+TEST_F(ItemRequestsTest, EmptyListOfItemsWithTheFirstByteSetClearsTheSelectionAndSucceeds) {
+    EXPECT_EQ(Select(Identify("fruit"), {}, ClearFirst), SelectionResult::Success);
+    EXPECT_THAT(Selected(Identify("fruit")).items, IsEmpty());
+    EXPECT_EQ(Select(Identify("fruit"), {}), SelectionResult::Success);
+}
+
+TEST_F(ItemRequestsTest, ItemThatIsNotThereSaysWhetherThereCouldBeOne) {
+    EXPECT_EQ(Select(Identify("fruit"), {L"nobody"}), SelectionResult::NothingFound);
+    EXPECT_EQ(Select(Identify("bar"), {L"Go"}), SelectionResult::NothingFoundNoSelectSupport);
+    EXPECT_EQ(log.Count("Item not found in SetSelectItemsImpl"), 2u);
+    EXPECT_TRUE(log.Contains("Failed to select item: nobody"));
+}
+
+TEST_F(ItemRequestsTest, RefusedSelectionIsAFailure) {
+    desktop.AddFault("apple", {.call = "accSelect", .result = E_FAIL});
+    EXPECT_EQ(Select(Identify("fruit"), {L"apple"}), SelectionResult::Failure);
+    EXPECT_TRUE(log.Contains("Acc selection failed"));
+}
+
+TEST_F(ItemRequestsTest, SelectionThatCannotBeClearedFirstIsTheAnswer) {
+    desktop.AddFault("table", {.call = "get_accSelection", .result = E_FAIL});
+    EXPECT_EQ(Select(Identify("table"), {L"bert"}, ClearFirst), SelectionResult::Failure);
+    EXPECT_TRUE(log.Contains("Failed to clear previous selection"));
+    EXPECT_EQ(Select(Identify("bar"), {}, ClearFirst), SelectionResult::NothingFoundNoSelectSupport);
+}
+
+TEST_F(ItemRequestsTest, ComboBoxGetsTheTextAsItsValue) {
+    EXPECT_EQ(Select(Identify("combo"), {L"large"}), SelectionResult::Success);
+    EXPECT_THAT(desktop.Done(), ElementsAre("SetFocus main", "accSelect large 2", "put_accValue combo large"));
+    EXPECT_THAT(Selected(Identify("combo")).items, ElementsAre(L"large"));
+    EXPECT_EQ(Select(Identify("combo"), {L"large"}), SelectionResult::Success);
+    EXPECT_EQ(desktop.Calls("combo", "put_accValue"), 1) << "it shows the text already";
+}
+
+TEST_F(ItemRequestsTest, ComboBoxWhoseItemRefusesIsPressedAndThatDecides) {
+    desktop.AddFault("large", {.call = "accSelect", .result = E_FAIL});
+    EXPECT_EQ(Select(Identify("combo"), {L"large"}), SelectionResult::Failure) << "it has no default action";
+    EXPECT_EQ(desktop.Calls("combo", "accDoDefaultAction"), 1);
+    EXPECT_EQ(desktop.Calls("combo", "put_accValue"), 0);
+    desktop.AddFault("l", {.call = "accSelect", .result = E_FAIL});
+    EXPECT_EQ(Select(Identify("webSize", "page"), {L"l"}), SelectionResult::Success) << "pressing helped";
+    EXPECT_EQ(desktop.Done().back(), "accDoDefaultAction webSize");
+}
+
+TEST_F(ItemRequestsTest, ComboBoxThatRefusesItsTextIsPressedToo) {
+    desktop.AddFault("webSize", {.call = "put_accValue", .result = E_FAIL});
+    EXPECT_EQ(Select(Identify("webSize", "page"), {L"l"}), SelectionResult::Success);
+    EXPECT_EQ(desktop.Calls("webSize", "accDoDefaultAction"), 1);
+}
+
+TEST_F(ItemRequestsTest, RefusalStaysWhereTheComboBoxCannotSayThatItShowsAnotherText) {
+    desktop.AddFault("webSize", {.call = "put_accValue", .result = E_FAIL});
+    desktop.AddFault("webSize", {.call = "get_accValue", .at = 2, .result = E_FAIL});
+    EXPECT_EQ(Select(Identify("webSize", "page"), {L"l"}), SelectionResult::Failure);
+    EXPECT_EQ(desktop.Calls("webSize", "accDoDefaultAction"), 0);
+    EXPECT_TRUE(log.Contains("Acc selection failed"));
+}
+
+TEST_F(ItemRequestsTest, ComboBoxThatStillShowsAnotherTextIsPressedInABrowserAlone) {
+    desktop.AddFault("webSize", {.call = "get_accValue", .text = L"other"});
+    desktop.AddFault("combo", {.call = "get_accValue", .text = L"other"});
+    EXPECT_EQ(Select(Identify("webSize", "page"), {L"l"}), SelectionResult::Success);
+    EXPECT_EQ(desktop.Calls("webSize", "accDoDefaultAction"), 1);
+    EXPECT_EQ(Select(Identify("combo"), {L"large"}), SelectionResult::Success);
+    EXPECT_EQ(desktop.Calls("combo", "accDoDefaultAction"), 0);
+}
+
+// Clearing.
+
+TEST_F(ItemRequestsTest, ClearSelectedItemsOnAComboBoxOrPageTabListDoesNothingAndSucceeds) {
+    EXPECT_EQ(Clear(Identify("combo")), SelectionResult::Success);
+    EXPECT_EQ(Clear(Identify("tabs")), SelectionResult::Success);
+    EXPECT_THAT(desktop.Done(), IsEmpty());
+    EXPECT_THAT(Selected(Identify("tabs")).items, ElementsAre(L"General"));
+}
+
+TEST_F(ItemRequestsTest, SingleSelectionIsClearedOnRequestButKeptBeforeSelecting) {
+    EXPECT_EQ(Select(Identify("one"), {}, ClearFirst), SelectionResult::Success);
+    EXPECT_THAT(Selected(Identify("one")).items, ElementsAre(L"red"));
+    EXPECT_EQ(Clear(Identify("one")), SelectionResult::Success);
+    EXPECT_THAT(desktop.Done(), ElementsAre("accSelect red 16"));
+    EXPECT_EQ(Clear(Identify("one")), SelectionResult::Success) << "nothing is selected any more";
+}
+
+TEST_F(ItemRequestsTest, ItemThatCannotBeClearedIsIgnored) {
+    desktop.AddFault("banana", {.call = "accSelect", .result = E_FAIL});
+    EXPECT_EQ(Clear(Identify("fruit")), SelectionResult::Success);
+    EXPECT_THAT(Selected(Identify("fruit")).items, ElementsAre(L"banana"));
+}
+
+TEST_F(ItemRequestsTest, ClearingWhatHasNoSelectionSaysSo) {
+    EXPECT_EQ(Clear(Identify("bar")), SelectionResult::NothingFoundNoSelectSupport);
+    EXPECT_EQ(Clear(Identify("empty")), SelectionResult::Success);
+}
+
+// Reading the selection.
+
+TEST_F(ItemRequestsTest, GetSelectedItemsOnAComboBoxIsItsValueEvenIfNothingInItsListIsSelected) {
+    EXPECT_THAT(Selected(Identify("combo")).items, ElementsAre(L"small"));
+    const auto answer = Selected(Identify("emptyCombo"));
+    EXPECT_EQ(answer.status, SelectionResult::Success);
+    EXPECT_THAT(answer.items, ElementsAre(L"typed"));
+    desktop.AddFault("combo", {.call = "get_accValue", .null = true});
+    EXPECT_THAT(Selected(Identify("combo")).items, ElementsAre(L"")) << "a null text is an empty one";
+}
+
+TEST_F(ItemRequestsTest, ComboBoxWhoseValueCannotBeReadAnswersWithItsSelection) {
+    desktop.AddFault("emptyCombo", {.call = "get_accValue", .result = E_FAIL});
+    EXPECT_EQ(Selected(Identify("emptyCombo")).status, SelectionResult::NothingFoundNoSelectSupport) << log.Text();
+}
+
+TEST_F(ItemRequestsTest, SelectedTextsNeedAnAnswerOfExactlyZero) {
+    desktop.AddFault("banana", {.call = "get_accName", .result = S_FALSE});
+    auto answer = Selected(Identify("fruit"));
+    EXPECT_EQ(answer.status, SelectionResult::Success);
+    EXPECT_THAT(answer.items, IsEmpty());
+    desktop.ClearFaults();
+    desktop.AddFault("banana", {.call = "get_accName", .null = true});
+    EXPECT_THAT(Selected(Identify("fruit")).items, ElementsAre(L""));
+}
+
+TEST_F(ItemRequestsTest, NothingSelectedIsASuccessOnlyWhereSomethingCouldBe) {
+    EXPECT_EQ(Selected(Identify("empty")).status, SelectionResult::Success);
+    desktop.AddFault("bar", {.call = "get_accSelection", .null = true});
+    EXPECT_EQ(Selected(Identify("bar")).status, SelectionResult::NothingFoundNoSelectSupport);
+}
+
+// List boxes.
+
+TEST_F(ItemRequestsTest, ListBoxesAreAskedByMessages) {
+    EXPECT_EQ(Select(Identify("boxList", "box"), {L"b2"}), SelectionResult::Success);
+    EXPECT_THAT(Selected(Identify("boxList", "box")).items, ElementsAre(L"b2"));
+    EXPECT_EQ(Select(WindowOnly("formsBox"), {L"f?"}), SelectionResult::Success);
+    EXPECT_THAT(Selected(WindowOnly("formsBox")).items, ElementsAre(L"f1", L"f2", L"f3"));
+    EXPECT_EQ(Select(WindowOnly("formsBox"), {L"f3"}, ClearFirst), SelectionResult::Success);
+    EXPECT_THAT(Selected(WindowOnly("formsBox")).items, ElementsAre(L"f3"));
+    EXPECT_THAT(desktop.Done(), IsEmpty()) << "no element was touched";
+}
+
+TEST_F(ItemRequestsTest, ItemThatIsNotInAListBoxIsNothingFound) {
+    EXPECT_EQ(Select(WindowOnly("box"), {L"nobody"}), SelectionResult::NothingFound);
+    EXPECT_EQ(Select(WindowOnly("formsBox"), {L"nobody"}), SelectionResult::NothingFound);
+}
+
+TEST_F(ItemRequestsTest, NoItemsClearAListBoxWithoutAskingForIt) {
+    EXPECT_EQ(Select(WindowOnly("formsBox"), {}), SelectionResult::Success);
+    EXPECT_EQ(Select(WindowOnly("box"), {}), SelectionResult::Success);
+    EXPECT_EQ(Selected(WindowOnly("box")).status, SelectionResult::Success);
+    EXPECT_THAT(Selected(WindowOnly("box")).items, IsEmpty());
+    const auto forms = Selected(WindowOnly("formsBox"));
+    EXPECT_EQ(forms.status, SelectionResult::NothingFoundNoSelectSupport) << "its client has no role of a list";
+    EXPECT_THAT(forms.items, IsEmpty());
+}
+
+// Servers that don't keep still.
+
+TEST_F(ItemRequestsTest, RequestThatStopsAfterTheItemsGetsNoResponse) {
+    SetSelectedItemsRequest request;
+    request.element = WindowOnly("main");
+    request.items = {L"a"};
+    RequestBuffer bytes = EncodeRequest(request);
+    bytes.resize(bytes.size() - 5);
+    const auto size = static_cast<std::uint32_t>(bytes.size());
+    std::copy_n(reinterpret_cast<const std::uint8_t*>(&size), sizeof size, bytes.begin());
+    EXPECT_TRUE(CallRaw(bytes).empty());
+    EXPECT_TRUE(log.Contains("Failed to dispatch request: "));
+}
+
+// An item whose selection runs a test's own code, as a server may.
+class Reentrant final : public FakeAccessible {
+public:
+    Reentrant() : FakeAccessible(ROLE_SYSTEM_LISTITEM, L"item") {}
+    std::function<void()> during;
+    int selections = 0;
+
+    HRESULT STDMETHODCALLTYPE accSelect(LONG, VARIANT) override {
+        ++selections;
+        if (const auto now = std::exchange(during, nullptr)) now();
+        return S_OK;
+    }
+};
+
+class ReentrantServer : public ItemRequestsTest {
+protected:
+    void SetUp() override {
+        list.AddChild(item);
+        identifier = AAContainerCache::Instance().RegisterObject({kClientPid, desktop.Window("main")},
+                                                                 AAElement{desktop.Window("main"), CComPtr<IAccessible>(&list), CComVariant(CHILDID_SELF)});
+    }
+    void TearDown() override {
+        CacheCleaner::Release();
+        EXPECT_EQ(list.references, 0);
+        EXPECT_EQ(item.references, 0);
+        list.ReturnChildren();
+    }
+
+    FakeAccessible list{ROLE_SYSTEM_LIST, L"list"};
+    Reentrant item;
+    AAObjectIdentifier identifier;
+};
+
+TEST_F(ReentrantServer, MayAskTheServerAgainFromInsideAnAction) {
+    item.during = [&] { EXPECT_EQ(Select(identifier, {L"item"}), SelectionResult::Success); };
+    EXPECT_EQ(Select(identifier, {L"item"}), SelectionResult::Success) << log.Text();
+    EXPECT_EQ(item.selections, 2);
+}
+
+TEST_F(ReentrantServer, MayHaveItsClientUnregisteredFromInsideAnAction) {
+    item.during = [] { CacheCleaner::Release(); };
+    EXPECT_EQ(Select(identifier, {L"item", L"item"}), SelectionResult::Success) << log.Text();
+    EXPECT_EQ(Select(identifier, {L"item"}), SelectionResult::Failure) << "the identifier is forgotten now";
+}
+
+TEST_F(ReentrantServer, MayDestroyItsWindowFromInsideAnAction) {
+    item.during = [&] { desktop.DestroyWindow("main"); };
+    EXPECT_EQ(Select(identifier, {L"item", L"item"}), SelectionResult::Success) << "the objects still answer";
+    EXPECT_EQ(item.selections, 2);
+}
+
+TEST_F(ItemRequestsTest, WindowDestroyedByAnActionIsSurvived) {
+    const auto fruit = Identify("fruit");
+    desktop.AddFault("apple", {.call = "accSelect", .actions = {{.kind = Simulated::Action::Kind::DestroyWindow, .target = "main"}}});
+    EXPECT_NE(Select(fruit, {L"a*"}), SelectionResult::ItemDisabled);
+    CacheCleaner::Release();
+    EXPECT_EQ(desktop.OutstandingReferences(), 0);
+}
+
+TEST_F(ItemRequestsTest, EndlessListEndsByTheDeadline) {
+    CacheCleaner::Release();
+    DesktopFixture endless(R"({"windows": [{"id": "w", "class": "C", "objects": {"client": {"id": "l", "role": "list",
+        "children": [{"id": "deep", "role": "pane", "endless": true}]}}}]})");
+    const auto identifier = AAContainerCache::Instance().RegisterObject(
+        {kClientPid, endless.Window("w")}, AAElement{endless.Window("w"), endless.Element("l"), endless.Child("l")});
+    endless.AddFault("deep", {.call = "get_accRole", .stall = 100});
+    Simulated::SetClockTick(1);
+    const ULONGLONG before = Simulated::ClockMilliseconds();
+    EXPECT_EQ(All(identifier).status, SelectionResult::NothingFound);
+    const ULONGLONG taken = Simulated::ClockMilliseconds() - before;
+    Simulated::SetClockTick(0);
+    EXPECT_GE(taken, 30'000u);
+    EXPECT_LE(taken, 31'000u);
+    CacheCleaner::Release();
+}
+
+TEST_F(ItemRequestsTest, AnyFaultAtAnyCallEndsWellAndLeavesNoReference) {
+    std::vector<Simulated::Fault> kinds(6);
+    kinds[0].result = E_FAIL;
+    kinds[1].null = true;
+    kinds[2].type = VT_I2;
+    kinds[3].count = -1;
+    kinds[4].result = S_FALSE;
+    kinds[5].raise = true;
+    const std::vector<std::pair<const char*, const char*>> targets = {
+        {"fruit", "a*"}, {"one", "rose"}, {"table", "bert"}, {"tabs", "Details"}, {"combo", "large"}, {"webCombo", "option"}};
+    for (const auto& [id, item] : targets)
+        for (const auto& kind : kinds)
+            for (unsigned at = 1; at < 600; ++at) {
+                DesktopFixture faulty(kDesktop);
+                const bool isWeb = std::string(id) == "webCombo";
+                const HWND window = faulty.Window(isWeb ? "page" : "main");
+                const auto identifier = AAContainerCache::Instance().RegisterObject(
+                    {kClientPid, window}, AAElement{window, faulty.Element(id), faulty.Child(id)}, isWeb);
+                Simulated::Fault fault = kind;
+                fault.at = at;
+                fault.times = 1;
+                faulty.AddFault(fault);
+                const int before = faulty.TotalCalls();
+                try {
+                    All(identifier);
+                    Select(identifier, {CString(item, item + std::strlen(item))}, ClearFirst);
+                    Selected(identifier);
+                    Clear(identifier);
+                } catch (const Simulated::ServerFailure&) {
+                }
+                const int calls = faulty.TotalCalls() - before;
+                faulty.ClearFaults();
+                CacheCleaner::Release();
+                ASSERT_EQ(faulty.OutstandingReferences(), 0) << id << ", call " << at;
+                if (calls < static_cast<int>(at)) break;
+            }
+}
+
+}  // namespace
+}  // namespace Zorvex::Testing

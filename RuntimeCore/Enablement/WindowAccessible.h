@@ -1,0 +1,18 @@
+// The accessible object of a window as a whole.
+#pragma once
+
+#include "Common/include/CComPtr.h"
+#include "Platform/Windows.h"
+
+namespace Zorvex {
+
+// Success always comes with an object: E_FAIL when the window gives none under a success.
+inline HRESULT GetWindowAccessible(HWND hWnd, CComPtr<IAccessible>& out_object) {
+    out_object.Release();
+    const HRESULT result = ::AccessibleObjectFromWindow(hWnd, static_cast<DWORD>(OBJID_WINDOW), IidOf<IAccessible>(),
+                                                        reinterpret_cast<void**>(&out_object));
+    if (FAILED(result)) return result;
+    return out_object ? S_OK : E_FAIL;
+}
+
+}  // namespace Zorvex
