@@ -1,6 +1,7 @@
 #include "RuntimeCore/AAUtilitiesFind.h"
 
 #include "Common/include/Log.h"
+#include "Common/include/ObjectFromWindow.h"
 #include "Common/include/TreeWalker/TreeWalker.h"
 
 namespace Zorvex::AAUtil {
@@ -8,8 +9,7 @@ namespace Zorvex::AAUtil {
 AANode FindElementWithRole(HWND hWnd, LONG elementRole, LONG maxDepthToSearch) {
     LogVerbose("[FindElementWithRole] hWnd: %p, elementRole: %d, maxDepthToSearch: %d", hWnd, elementRole, maxDepthToSearch);
     CComPtr<IAccessible> root;
-    const HRESULT hRes = ::AccessibleObjectFromWindow(hWnd, static_cast<DWORD>(OBJID_WINDOW), IidOf<IAccessible>(),
-                                                      reinterpret_cast<void**>(&root));
+    const HRESULT hRes = ObjectFromWindow(hWnd, OBJID_WINDOW, root);
     if (FAILED(hRes) || !root) {
         LogError("[FindElementWithRole] Accessible from window failed, hRes=0x%X", hRes);
         return {};

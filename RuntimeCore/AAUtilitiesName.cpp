@@ -6,6 +6,7 @@
 #include "Common/UTILITY/AAObjectWrapper.h"
 #include "Common/include/CComBSTR.h"
 #include "Common/include/Log.h"
+#include "Common/include/ObjectFromWindow.h"
 #include "Common/include/VariantEquals.h"
 #include "RuntimeCore/AAUtilitiesLocation.h"
 #include "RuntimeCore/AAUtilitiesStates.h"
@@ -66,8 +67,7 @@ bool GetAALastChildWithSameXLeft(HWND hWnd, CComPtr<IAccessible>& outAcc, CComVa
     outAcc.Release();
     outChild.Clear();
     CComPtr<IAccessible> spParent;
-    if (FAILED(::AccessibleObjectFromWindow(hWnd, static_cast<DWORD>(OBJID_WINDOW), IidOf<IAccessible>(),
-                                            reinterpret_cast<void**>(&spParent))) || !spParent)
+    if (FAILED(ObjectFromWindow(hWnd, OBJID_WINDOW, spParent)) || !spParent)
         return false;
     std::vector<AAObjectWrapper> children;
     if (!AAObjectWrapper::GetChildren(spParent, children)) {

@@ -1,6 +1,7 @@
 #include "RuntimeCore/AAUtilitiesStates.h"
 
 #include "Common/include/CComVariant.h"
+#include "Common/include/FailureOrEFail.h"
 #include "Common/include/Log.h"
 #include "RuntimeCore/AAUtilitiesLocation.h"
 
@@ -53,7 +54,7 @@ HRESULT HasAAState(IAccessible* pAA, const VARIANT& varChild, LONG lStateOn, LON
     if (FAILED(hResult) || varState.vt != VT_I4) {
         LogWarning("AAUtilities::HasState() IAccessible::get_accState() failed or state type is not VT_I4, hResult=x0x%x varState.vt=%d",
                    hResult, varState.vt);
-        return FAILED(hResult) ? hResult : E_FAIL;
+        return FailureOrEFail(hResult);
     }
     out_bResult = (varState.lVal & lStateOn) == lStateOn && (varState.lVal & lStateOff) == 0;
     return S_OK;

@@ -8,7 +8,9 @@
 #include "Common/UTILITY/AAObjectWrapper.h"
 #include "Common/include/CComBSTR.h"
 #include "Common/include/CComVariant.h"
+#include "Common/include/FailureOrEFail.h"
 #include "Common/include/Log.h"
+#include "Common/include/ObjectFromWindow.h"
 #include "Common/include/VariantEquals.h"
 #include "RuntimeCore/AAUtilitiesFind.h"
 
@@ -145,8 +147,6 @@ struct Identity {
     }
 };
 
-HRESULT FailureOf(HRESULT result) { return FAILED(result) ? result : E_FAIL; }
-
 // The last test: the parents, compared without theirs.
 BOOL CompareParents(IAccessible& acc1, IAccessible& acc2) {
     CComPtr<IDispatch> parent1, parent2;
@@ -280,10 +280,10 @@ HRESULT CompareAccIdentities(IAccessible* acc1, const VARIANT& child1, IAccessib
     CComPtr<IAccIdentity> accIdentity1, accIdentity2;
     HRESULT result = acc1->QueryInterface(IidOf<IAccIdentity>(), reinterpret_cast<void**>(&accIdentity1));
     if (FAILED(result) || !accIdentity1.p)
-        return FailureOf(CallFailed("acc1->QueryInterface(&accIdentity1)", result, "CompareAccIdentities: failed to get IAccIdentity for acc1"));
+        return FailureOrEFail(CallFailed("acc1->QueryInterface(&accIdentity1)", result, "CompareAccIdentities: failed to get IAccIdentity for acc1"));
     result = acc2->QueryInterface(IidOf<IAccIdentity>(), reinterpret_cast<void**>(&accIdentity2));
     if (FAILED(result) || !accIdentity2.p)
-        return FailureOf(CallFailed("acc2->QueryInterface(&accIdentity2)", result, "CompareAccIdentities: failed to get IAccIdentity for acc2"));
+        return FailureOrEFail(CallFailed("acc2->QueryInterface(&accIdentity2)", result, "CompareAccIdentities: failed to get IAccIdentity for acc2"));
 
     Identity identity1, identity2;
     result = identity1.Read(*accIdentity1, child1);
@@ -306,8 +306,7 @@ bool IsDescendantOfWnd(HWND hWnd, IAccessible* acc, const VARIANT& child, BOOL& 
     }
     isDescendant = FALSE;
     CComPtr<IAccessible> windowObject;
-    const HRESULT result = ::AccessibleObjectFromWindow(hWnd, static_cast<DWORD>(OBJID_WINDOW), IidOf<IAccessible>(),
-                                                        reinterpret_cast<void**>(&windowObject));
+    const HRESULT result = ObjectFromWindow(hWnd, OBJID_WINDOW, windowObject);
     if (FAILED(result) || !windowObject.p) {
         LogError("IsDescendantOfWnd: AccessibleObjectFromWindow failed");
         return false;

@@ -6,7 +6,9 @@
 
 #include "Common/UTILITY/NWindows.h"
 #include "Common/include/CComVariant.h"
+#include "Common/include/FailureOrEFail.h"
 #include "Common/include/Log.h"
+#include "Common/include/ObjectFromWindow.h"
 #include "RuntimeCore/AAUtilitiesLocation.h"
 #include "RuntimeCore/LateBinding.h"
 
@@ -14,16 +16,13 @@ namespace Zorvex {
 
 namespace {
 
-HRESULT FailureOrEFail(HRESULT result) { return FAILED(result) ? result : E_FAIL; }
-
 LONG Clamped(double value) {
     constexpr double Least = std::numeric_limits<LONG>::min(), Most = std::numeric_limits<LONG>::max();
     return static_cast<LONG>(std::clamp(std::round(value), Least, Most));
 }
 
 HRESULT GetClientObject(HWND hWnd, CComPtr<IAccessible>& out_acc) {
-    const HRESULT result =
-        ::AccessibleObjectFromWindow(hWnd, static_cast<DWORD>(OBJID_CLIENT), IidOf<IAccessible>(), reinterpret_cast<void**>(&out_acc));
+    const HRESULT result = ObjectFromWindow(hWnd, OBJID_CLIENT, out_acc);
     return SUCCEEDED(result) && out_acc ? S_OK : FailureOrEFail(result);
 }
 

@@ -3,13 +3,12 @@
 #include <vector>
 
 #include "Common/UTILITY/AAObjectWrapper.h"
+#include "Common/include/FailureOrEFail.h"
 #include "Common/include/Log.h"
 
 namespace Zorvex::IA2Tools {
 
 namespace {
-
-HRESULT FailureOrEFail(HRESULT result) { return FAILED(result) ? result : E_FAIL; }
 
 // Gets the interface for one call; `failureText` says for whom it couldn't be had.
 HRESULT RequireIA2(IAccessible* pAccElem, CComPtr<IAccessible2>& spIA2, LocatedFormat<char> call, const char* failureText) {

@@ -4,6 +4,7 @@
 
 #include "Common/include/CComBSTR.h"
 #include "Common/include/CComPtr.h"
+#include "Common/include/FailureOrEFail.h"
 #include "Common/include/Log.h"
 #include "RuntimeCore/IA2Tools.h"
 #include "RuntimeCore/Selectors/ValueMatcher/LowerCase.h"
@@ -61,7 +62,7 @@ HRESULT GetAllAttributes(IAccessible* pAccElem, AttributeMap& mapAttr) {
     HRESULT result = GetIA2FromAccElem(pAccElem, spIA2);
     if (FAILED(result) || !spIA2) {
         CallFailed("GetIA2FromAccElem(pAccElem, spIA2)", result, "IA2Tools::GetAllAttributes Cannot get IAccessible2");
-        return FAILED(result) ? result : E_FAIL;
+        return FailureOrEFail(result);
     }
     CComBSTR bstrAttrAll;
     result = spIA2->get_attributes(&bstrAttrAll);

@@ -1,6 +1,7 @@
 #include "RuntimeCore/IA2ToolsHtml.h"
 
 #include "Common/include/CComVariant.h"
+#include "Common/include/FailureOrEFail.h"
 #include "Common/include/Log.h"
 #include "RuntimeCore/IA2ToolsAttributes.h"
 
@@ -40,12 +41,12 @@ HRESULT GetAccElemHtml(IAccessible* pAccElem, CComPtr<IAccessible>& out_spAccHtm
     result = pAccElem->get_accParent(&spDispParent);
     if (FAILED(result) || !spDispParent) {
         CallFailed("pAccElem->get_accParent(&spDispParent)", result, "IA2Tools::GetAccElemHtml pAccElem->get_accParent(...) failed");
-        return FAILED(result) ? result : E_FAIL;
+        return FailureOrEFail(result);
     }
     result = spDispParent.QueryInterface(out_spAccHtml);
     if (FAILED(result) || !out_spAccHtml) {
         CallFailed("spDispParent->QueryInterface(&out_spAccHtml)", result, "IA2Tools::GetAccElemHtml Cannot get parent IAccessible");
-        return FAILED(result) ? result : E_FAIL;
+        return FailureOrEFail(result);
     }
     result = IsAccElemHtml(out_spAccHtml, bIsHtml);
     if (FAILED(result))

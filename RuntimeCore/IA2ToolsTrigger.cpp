@@ -4,7 +4,9 @@
 #include "Common/UTILITY/NWindows.h"
 #include "Common/include/CComPtr.h"
 #include "Common/include/CComVariant.h"
+#include "Common/include/FailureOrEFail.h"
 #include "Common/include/Log.h"
+#include "Common/include/ObjectFromWindow.h"
 #include "RuntimeCore/AAUtilitiesFind.h"
 #include "RuntimeCore/IA2Tools.h"
 
@@ -17,8 +19,6 @@ constexpr LONG DocumentSearchDepth = 100;
 
 // Under this name the lines of its steps stand as well.
 constexpr char Operation[] = "TriggerAccChromium";
-
-HRESULT FailureOrEFail(HRESULT result) { return FAILED(result) ? result : E_FAIL; }
 
 LONG NumberIn(const VARIANT& value) { return value.vt == VT_I4 ? value.lVal : 0; }
 
@@ -85,8 +85,7 @@ HRESULT TriggerAccChromium(HWND hWnd) {
     if (!NWindows::IsChromeWidgetClass(hWnd)) return E_INVALIDARG;
     LogVerbose("IA2Tools::TriggerAccChromium Start hWnd=0x%p", hWnd);
     CComPtr<IAccessible> spAccClient;
-    HRESULT result = ::AccessibleObjectFromWindow(hWnd, static_cast<DWORD>(OBJID_CLIENT), IidOf<IAccessible>(),
-                                                  reinterpret_cast<void**>(&spAccClient));
+    HRESULT result = ObjectFromWindow(hWnd, OBJID_CLIENT, spAccClient);
     if (FAILED(result) || !spAccClient) {
         LogError("IA2Tools::TriggerAccChromium Cannot get IAccessible of Widget Client area, hWnd=0x%p hResult=0x%x", hWnd, result);
         return FailureOrEFail(result);

@@ -4,6 +4,7 @@
 #include <queue>
 
 #include "Common/include/ComException.h"
+#include "Common/include/FailureOrEFail.h"
 #include "Common/include/Log.h"
 
 namespace Zorvex {
@@ -87,7 +88,7 @@ HRESULT AAObjectWrapper::GetChildAtIndex(IAccessible* parent, int index, VARIANT
     if (SUCCEEDED(result) && obtained >= 1) return S_OK;
     LogError("AAObjectWrapper:: cannot get level-%d child , hResult=0x%x, variantType=0x%x", index, result, out->vt);
     ::VariantClear(out);
-    return FAILED(result) ? result : E_FAIL;
+    return FailureOrEFail(result);
 }
 
 bool AAObjectWrapper::WalkDescendantsBfs(IAccessible* root, const std::function<AATreeVisitResult(const AAObjectWrapper&)>& visitor) {

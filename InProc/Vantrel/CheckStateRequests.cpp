@@ -1,6 +1,7 @@
 #include "InProc/Vantrel/CheckStateRequests.h"
 
 #include "Common/include/Log.h"
+#include "Common/include/ObjectFromWindow.h"
 #include "InProc/Vantrel/AAContainerCache.h"
 #include "RuntimeCore/CheckState.h"
 
@@ -24,8 +25,7 @@ void EnterFrame(CComPtr<IAccessible>& object) {
 // one that the window is. False, with a line in the log, for a window without an object.
 bool EnterWindow(AAElement& element) {
     if (!element.NamesWindow()) return true;
-    const HRESULT result = ::AccessibleObjectFromWindow(element.hWnd, static_cast<DWORD>(OBJID_WINDOW), IidOf<IAccessible>(),
-                                                        reinterpret_cast<void**>(&element.spAcc));
+    const HRESULT result = ObjectFromWindow(element.hWnd, OBJID_WINDOW, element.spAcc);
     if (FAILED(result) || !element.spAcc) {
         LogError("AccessibleObjectFromWindow failed");
         element.spAcc.Release();

@@ -9,6 +9,7 @@
 #include "Common/UTILITY/AAObjectWrapper.h"
 #include "Common/UTILITY/NWindows.h"
 #include "Common/include/Log.h"
+#include "Common/include/ObjectFromWindow.h"
 #include "Common/include/TreeWalker/AANode.h"
 #include "InProc/Vantrel/AAContainerCache.h"
 #include "InProc/Vantrel/RelatedElement.h"
@@ -41,8 +42,7 @@ std::optional<RECT> Location(IAccessible* accessible, const VARIANT& child) {
 
 CComPtr<IAccessible> WindowObject(HWND hWnd, HRESULT& result) {
     CComPtr<IAccessible> object;
-    result = ::AccessibleObjectFromWindow(hWnd, static_cast<DWORD>(OBJID_WINDOW), IidOf<IAccessible>(),
-                                          reinterpret_cast<void**>(&object));
+    result = ObjectFromWindow(hWnd, OBJID_WINDOW, object);
     if (FAILED(result)) object.Release();
     return object;
 }

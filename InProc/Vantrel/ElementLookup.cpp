@@ -6,6 +6,7 @@
 #include "Common/UTILITY/AAObjectWrapper.h"
 #include "Common/include/CComBSTR.h"
 #include "Common/include/Log.h"
+#include "Common/include/ObjectFromWindow.h"
 #include "Common/include/TreeWalker/AANode.h"
 #include "InProc/Vantrel/AAContainerCache.h"
 #include "RuntimeCore/AAUtilitiesFind.h"
@@ -108,8 +109,7 @@ IdentifierResponse GetSiblingImpl(const GetSiblingRequest& request) {
 
 IdentifierResponse GetObjectIdFromWindowImpl(const GetObjectIdFromWindowRequest& request) {
     CComPtr<IAccessible> object;
-    const HRESULT result = ::AccessibleObjectFromWindow(request.window, static_cast<DWORD>(OBJID_WINDOW), IidOf<IAccessible>(),
-                                                        reinterpret_cast<void**>(&object));
+    const HRESULT result = ObjectFromWindow(request.window, OBJID_WINDOW, object);
     if (FAILED(result)) {
         LogError("AccessibleObjectFromWindow failed, hRes = 0x%X", result);
         return {};

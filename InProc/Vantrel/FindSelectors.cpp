@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Common/include/Log.h"
+#include "Common/include/ObjectFromWindow.h"
 #include "InProc/Vantrel/AAContainerCache.h"
 #include "RuntimeCore/Selectors/Search/AaSearch.h"
 #include "RuntimeCore/Selectors/Unified/SearchResultSequence.h"
@@ -47,9 +48,7 @@ CComPtr<IAccessible> SearchRoot(const AAElement& element) {
     CComPtr<IAccessible> root;
     if (element.child.vt != VT_I4 || element.child.lVal != CHILDID_SELF) return nullptr;
     // An identifier that the cache doesn't know has no window: the search fails rather than starting elsewhere.
-    if (!element.hWnd || FAILED(::AccessibleObjectFromWindow(element.hWnd, static_cast<DWORD>(OBJID_WINDOW), IidOf<IAccessible>(),
-                                                             reinterpret_cast<void**>(&root))) ||
-        !root) {
+    if (!element.hWnd || FAILED(ObjectFromWindow(element.hWnd, OBJID_WINDOW, root)) || !root) {
         LogError(LocatedFormat<char>("FindSelectorsImpl_: AccessibleObjectFromWindow failed", __builtin_FILE(), "FindSelectorsImpl"));
         return nullptr;
     }

@@ -8,6 +8,7 @@
 #include "Common/UTILITY/NWindows.h"
 #include "Common/UTILITY/ProcessNames.h"
 #include "Common/include/Log.h"
+#include "Common/include/ObjectFromWindow.h"
 #include "Common/include/TreeWalker/AANode.h"
 #include "Common/include/TreeWalker/TreeWalker.h"
 #include "InProc/Vantrel/AAContainerCache.h"
@@ -81,9 +82,7 @@ IdentifierResponse GetFocusedElementImpl(const GetFocusedElemRequest& request) {
         return {};
     }
     CComPtr<IAccessible> object;
-    if (FAILED(::AccessibleObjectFromWindow(request.window, static_cast<DWORD>(OBJID_WINDOW), IidOf<IAccessible>(),
-                                            reinterpret_cast<void**>(&object))) ||
-        !object) {
+    if (FAILED(ObjectFromWindow(request.window, OBJID_WINDOW, object)) || !object) {
         LogError("GetFocusedElementImpl: cannot get AA from hwnd %p", request.window);
         return {};
     }

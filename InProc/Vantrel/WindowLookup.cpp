@@ -7,6 +7,7 @@
 #include "Common/UTILITY/AAObjectWrapper.h"
 #include "Common/include/CComPtr.h"
 #include "Common/include/Log.h"
+#include "Common/include/ObjectFromWindow.h"
 #include "RuntimeCore/AAUtilitiesName.h"
 
 namespace Zorvex {
@@ -74,8 +75,7 @@ GetWndsByAaNameResponse GetWndsByAaNameImpl(const GetWndsByAaNameRequest& reques
 
 AnswerResponse ShouldAddTitleToWndSelectorImpl(const ShouldAddTitleToWndSelectorRequest& request) {
     CComPtr<IAccessible> object;
-    const HRESULT result = ::AccessibleObjectFromWindow(request.window, static_cast<DWORD>(OBJID_WINDOW), IidOf<IAccessible>(),
-                                                        reinterpret_cast<void**>(&object));
+    const HRESULT result = ObjectFromWindow(request.window, OBJID_WINDOW, object);
     if (FAILED(result)) {
         if (ShouldLog(Severity::Error))
             LogStream(Severity::Error) << "AccessibleObjectFromWindow failed, hRes=" << std::hex << result

@@ -2,6 +2,7 @@
 
 #include "Common/UTILITY/XmlDocument.h"
 #include "Common/include/CComVariant.h"
+#include "Common/include/FailureOrEFail.h"
 #include "Common/include/Log.h"
 #include "RuntimeCore/Extraction/XmlCharacters.h"
 
@@ -15,8 +16,6 @@ constexpr const char* Creation = "Vantrel::CreateEmptyExtractResult";
 // UTF-16 units of all names and texts of one document, with those of the tags around each of them.
 constexpr std::size_t LargestDocument = std::size_t(1) << 26;
 constexpr std::size_t ColumnTags = 32;
-
-HRESULT FailureOrEFail(HRESULT result) { return FAILED(result) ? result : E_FAIL; }
 
 }  // namespace
 

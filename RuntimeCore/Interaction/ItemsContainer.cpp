@@ -3,6 +3,7 @@
 #include "Common/UTILITY/AAObjectWrapper.h"
 #include "Common/UTILITY/NWindows.h"
 #include "Common/include/Log.h"
+#include "Common/include/ObjectFromWindow.h"
 #include "RuntimeCore/AAUtilitiesStates.h"
 
 namespace Zorvex {
@@ -48,8 +49,7 @@ bool GetSelectableAccElementFromWindow(HWND& window, CComPtr<IAccessible>& conta
     }
     bool renewsWindow = false;
     if (!container) {
-        if (FAILED(::AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_WINDOW), IidOf<IAccessible>(),
-                                                reinterpret_cast<void**>(&container)))) {
+        if (FAILED(ObjectFromWindow(window, OBJID_WINDOW, container))) {
             LogError("GetSelectableAccElementFromWindow: AccessibleObjectFromWindow failed");
             return false;
         }

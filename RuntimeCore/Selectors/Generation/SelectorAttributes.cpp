@@ -8,6 +8,7 @@
 #include "Common/include/CComPtr.h"
 #include "Common/include/CComVariant.h"
 #include "Common/include/Log.h"
+#include "Common/include/ObjectFromWindow.h"
 #include "Common/include/Timer.h"
 #include "RuntimeCore/AaAttrHandler.h"
 #include "RuntimeCore/AttributeRules.h"
@@ -58,8 +59,7 @@ bool GetMinimalSelectorAttributes(HWND hParentWnd, IAccessible* rootAcc, IAccess
     Timer timer(timeoutMs);
     CComPtr<IAccessible> root(rootAcc);
     if (computeIndex && !root) {
-        const HRESULT result = ::AccessibleObjectFromWindow(hParentWnd, static_cast<DWORD>(OBJID_WINDOW), IidOf<IAccessible>(),
-                                                            reinterpret_cast<void**>(&root));
+        const HRESULT result = ObjectFromWindow(hParentWnd, OBJID_WINDOW, root);
         if (FAILED(result) || !root) {
             LogError("GetMinimalSelectorAttributes: AccessibleObjectFromWindow failed");
             return false;

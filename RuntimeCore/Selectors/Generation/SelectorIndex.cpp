@@ -9,6 +9,7 @@
 #include "Common/include/CComPtr.h"
 #include "Common/include/CComVariant.h"
 #include "Common/include/Log.h"
+#include "Common/include/ObjectFromWindow.h"
 #include "Common/include/Timer.h"
 #include "Common/include/VariantEquals.h"
 #include "RuntimeCore/AAUtilitiesFind.h"
@@ -157,8 +158,7 @@ bool GetSelectorIndexWithAttributes(HWND hParentWnd, IAccessible* rootAcc, IAcce
     }
     CComPtr<IAccessible> root(rootAcc);
     if (!root) {
-        const HRESULT result = ::AccessibleObjectFromWindow(hParentWnd, static_cast<DWORD>(OBJID_WINDOW), IidOf<IAccessible>(),
-                                                            reinterpret_cast<void**>(&root));
+        const HRESULT result = ObjectFromWindow(hParentWnd, OBJID_WINDOW, root);
         if (FAILED(result) || !root) {
             LogError("GetSelectorIndexWithAttributes: AccessibleObjectFromWindow failed, return FALSE");
             return false;
