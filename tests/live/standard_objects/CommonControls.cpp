@@ -45,6 +45,7 @@ protected:
         LONG state = ClientObject::State(item);
         if (item == CHILDID_SELF) return state;
         state = (state & ~STATE_SYSTEM_FOCUSED) | STATE_SYSTEM_SELECTABLE | OffscreenState(Window(), Rectangle(item));
+        if (!(::GetWindowLongPtrW(Window(), GWL_STYLE) & LVS_SINGLESEL)) state |= STATE_SYSTEM_MULTISELECTABLE | STATE_SYSTEM_EXTSELECTABLE;
         const LRESULT bits = Send(LVM_GETITEMSTATE, static_cast<WPARAM>(item - 1), LVIS_SELECTED | LVIS_FOCUSED | LVIS_STATEIMAGEMASK);
         if (bits & LVIS_SELECTED) state |= STATE_SYSTEM_SELECTED;
         if (bits & LVIS_FOCUSED) state |= STATE_SYSTEM_FOCUSED;

@@ -109,6 +109,7 @@ protected:
         if (item == CHILDID_SELF) return state;
         state = (state & ~STATE_SYSTEM_FOCUSED) | STATE_SYSTEM_SELECTABLE;
         if (Send(LB_GETSEL, static_cast<WPARAM>(item - 1)) > 0) state |= STATE_SYSTEM_SELECTED;
+        if (SelectsMany()) state |= STATE_SYSTEM_MULTISELECTABLE;
         RECT own{}, rectangle = ItemRectangle(item), shown{};
         ::GetClientRect(Window(), &own);
         if (!::IntersectRect(&shown, &own, &rectangle)) state |= STATE_SYSTEM_OFFSCREEN;
@@ -123,13 +124,14 @@ protected:
         return items;
     }
     bool Select(LONG item, LONG flags) override {
-        const bool multiple = ::GetWindowLongPtrW(Window(), GWL_STYLE) & (LBS_MULTIPLESEL | LBS_EXTENDEDSEL);
         if (item == CHILDID_SELF) return false;
-        if (!multiple) return Send(LB_SETCURSEL, static_cast<WPARAM>(item - 1)) != LB_ERR;
+        if (!SelectsMany()) return Send(LB_SETCURSEL, static_cast<WPARAM>(item - 1)) != LB_ERR;
+        if (flags & SELFLAG_TAKESELECTION) Send(LB_SETSEL, FALSE, -1);
         return Send(LB_SETSEL, (flags & SELFLAG_REMOVESELECTION) ? FALSE : TRUE, item - 1) != LB_ERR;
     }
 
 private:
+    bool SelectsMany() const { return ::GetWindowLongPtrW(Window(), GWL_STYLE) & (LBS_MULTIPLESEL | LBS_EXTENDEDSEL); }
     RECT ItemRectangle(LONG item) const {
         RECT rectangle{};
         Send(LB_GETITEMRECT, static_cast<WPARAM>(item - 1), reinterpret_cast<LPARAM>(&rectangle));
@@ -146,6 +148,19 @@ protected:
     bool Value(LONG, std::wstring& value) override {
         value = TitleOf(Window());
         return true;
+    }
+    // The list is a window of its own, of no relation to the combo box in the window tree.
+    std::vector<CComPtr<IAccessible>> ObjectChildren() override {
+        auto children = ClientObject::ObjectChildren();
+        COMBOBOXINFO parts{};
+        parts.cbSize = sizeof parts;
+        if (::GetComboBoxInfo(Window(), &parts) && parts.hwndList) children.push_back(WindowObjectOf(parts.hwndList));
+        return children;
+    }
+    // The text of an item selects it, as a user does it who types.
+    bool SetValue(LONG, const std::wstring& value) override {
+        const LRESULT item = Send(CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(value.c_str()));
+        return item >= 0 && Send(CB_SETCURSEL, static_cast<WPARAM>(item)) >= 0;
     }
     LONG Role(LONG) override { return ROLE_SYSTEM_COMBOBOX; }
     LONG State(LONG item) override {
@@ -173,7 +188,8 @@ CComPtr<IAccessible> MakeControl(HWND window, const std::wstring& windowClass) {
     if (windowClass == L"Edit" || windowClass.find(L"RICHEDIT") == 0 || windowClass.find(L"RichEdit") == 0)
         return Make<EditObject>(window);
     if (windowClass == L"Static") return Make<StaticObject>(window);
-    if (windowClass == L"ListBox" || windowClass == L"ComboLBox") return Make<ListBoxObject>(window);
+    if (windowClass == L"ListBox" || windowClass == L"ComboLBox" || windowClass.find(L".LISTBOX.") != std::wstring::npos)
+        return Make<ListBoxObject>(window);
     if (windowClass == L"ComboBox") return Make<ComboBoxObject>(window);
     return MakeCommonControl(window, windowClass);
 }
