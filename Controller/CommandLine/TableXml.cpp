@@ -67,11 +67,15 @@ private:
             m_rest.remove_prefix(1);
             if (unit == L'&') {
                 if (!ReadReference(text)) return false;
+            } else if (unit == L'\r') {
+                // Written as it is, it is a line end, alone or with the line feed behind it.
+                Take(L"\n");
+                text += L'\n';
             } else {
                 text += unit;
             }
         }
-        EvenLineEnds(text);
+        EvenReferencedLineEnds(text);
         return !m_rest.empty();
     }
 
@@ -111,7 +115,9 @@ private:
         return true;
     }
 
-    static void EvenLineEnds(std::wstring& text) {
+    // The carriage returns that are left were references. Some XML libraries write the first half of a line end so, and
+    // the second half as a line end of its own.
+    static void EvenReferencedLineEnds(std::wstring& text) {
         std::size_t kept = 0;
         for (std::size_t i = 0; i < text.size(); ++i) {
             if (text[i] == L'\r' && i + 1 < text.size() && text[i + 1] == L'\n') continue;

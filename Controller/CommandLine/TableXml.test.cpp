@@ -34,11 +34,15 @@ TEST(TableXml, ReferencesBecomeWhatTheyStandFor) {
 
 TEST(TableXml, LineEndsAreTheSameHoweverTheyAreWritten) {
     const std::wstring before = L"<extract><row><column name=\"A\">", after = L"</column></row></extract>";
-    for (const wchar_t* text : {L"a\r\nb\n", L"a\nb\n", L"a&#13;\nb&#xD;", L"a\rb\r\n"}) {
+    const auto read = [&](const wchar_t* text) {
         const auto table = ReadTableXml(before + text + after);
-        ASSERT_TRUE(table) << text;
-        EXPECT_EQ(table->rows[0][0].text, L"a\nb\n");
-    }
+        return table ? table->rows.at(0).at(0).text : L"no table";
+    };
+    for (const wchar_t* text : {L"a\r\nb\n", L"a\nb\n", L"a&#13;\nb&#xD;", L"a\rb\r\n", L"a&#13;\r\nb&#13;\r\n", L"a&#13;&#10;b&#xA;"})
+        EXPECT_EQ(read(text), L"a\nb\n") << text;
+    for (const wchar_t* text : {L"a\r\n\r\nb", L"a\r\rb", L"a&#13;\r\n&#13;\r\nb", L"a&#13;&#13;b", L"a\r&#10;b", L"a\n&#13;b"})
+        EXPECT_EQ(read(text), L"a\n\nb") << text;
+    EXPECT_EQ(WriteTableCsv({{{{L"A", read(L"a&#13;\r\nb")}}}}), "A\r\n\"a\nb\"\r\n");
 }
 
 TEST(TableXml, AnythingElseIsNoTable) {

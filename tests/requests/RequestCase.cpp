@@ -179,12 +179,8 @@ Json Answer(Client::Client& client, RequestId id, const RequestBuffer& request) 
     Json answer = Json::parse(Controller::DecodeResponseJson(id, response));
     // Stages lay the same document out differently.
     if (id == RequestId::ExtractTable && answer.is_object())
-        if (const auto table = Controller::ReadTableXml(WideText(answer["xml"].get<std::string>()))) {
-            std::string text = NarrowText(Controller::WriteTableXml(*table));
-            // A line end of two units is one or two to a reader, by how the document wrote it.
-            text.erase(std::unique(text.begin(), text.end(), [](char one, char next) { return one == '\n' && next == '\n'; }), text.end());
-            answer["xml"] = std::move(text);
-        }
+        if (const auto table = Controller::ReadTableXml(WideText(answer["xml"].get<std::string>())))
+            answer["xml"] = NarrowText(Controller::WriteTableXml(*table));
     return answer;
 }
 
