@@ -7,6 +7,7 @@
 
 #include "RuntimeCore/TextCapture/CaptureRoles.h"
 #include "tests/Support/FakeAccessible.h"
+#include "tests/Support/FaultingAccessible.h"
 #include "tests/Support/LogCapture.h"
 
 namespace Zorvex {
@@ -15,6 +16,7 @@ namespace {
 using Testing::FakeAccessible;
 using Testing::FakeCalls;
 using Testing::FakeObjects;
+using Testing::FaultingAccessible;
 using Testing::LogCapture;
 
 const CComVariant Self(CHILDID_SELF);
@@ -219,6 +221,54 @@ TEST_F(ElementWalkTest, WalkIsLogged) {
         EXPECT_TRUE(log.Contains(line)) << line;
     EXPECT_EQ(log.Count("ParseAccObjectAndGetText end"), 2u);
     EXPECT_FALSE(log.Contains("E [")) << log.Text();
+}
+
+TEST_F(ElementWalkTest, SimpleChildIsLoggedAndHiddenOnWish) {
+    LogCapture log;
+    root.role = CComVariant(ROLE_SYSTEM_LINK);
+    root.AddSimpleChild(1);
+    EXPECT_EQ(Text(), L"root\r\n");
+    for (const char* line :
+         {"V [VisitSimple] ParseAccObjectAndGetText: VT_I4 branch, i=0",
+          "V [VisitSimple] ParseAccObjectAndGetText: IsRole and rect OK, i=0",
+          "V [VisitSimple] ParseAccObjectAndGetText: NOT m_bIgnoreHidden calling AppendFormatedText"})
+        EXPECT_TRUE(log.Contains(line)) << line;
+    log.Clear();
+    context.m_bIgnoreHidden = true;
+    EXPECT_EQ(Text(), L"root\r\n");
+    EXPECT_TRUE(log.Contains("V [VisitSimple] ParseAccObjectAndGetText: m_bIgnoreHidden branch"));
+    EXPECT_TRUE(log.Contains("V [VisitSimple] ParseAccObjectAndGetText: state OK, calling AppendFormatedText"));
+    log.Clear();
+    root.state = CComVariant(STATE_SYSTEM_INVISIBLE);
+    EXPECT_EQ(Text(), L"");
+    root.state = CComVariant(L"shown");
+    EXPECT_EQ(Text(), L"") << "a state that is no number is none";
+    root.state = CComVariant(0);
+    root.stateResult = E_FAIL;
+    EXPECT_EQ(Text(), L"");
+    EXPECT_FALSE(log.Contains("state OK, calling AppendFormatedText"));
+}
+
+TEST_F(ElementWalkTest, SimpleChildOfAnotherRoleOrWithAnUnreadableOneGivesNoLine) {
+    root.AddSimpleChild(1);
+    EXPECT_EQ(Text(), L"") << "a window";
+    root.role = CComVariant(ROLE_SYSTEM_LINK);
+    root.roleResult = S_FALSE;
+    EXPECT_EQ(Text(), L"");
+}
+
+TEST_F(ElementWalkTest, ServerThatFaultsOverANameLosesThatLineAlone) {
+    LogCapture log(L"ERROR");
+    FaultingAccessible faulting(ROLE_SYSTEM_PANE, L"faulting");
+    Add(root, ROLE_SYSTEM_LINK, L"before");
+    root.AddChild(faulting);
+    Add(faulting, ROLE_SYSTEM_LINK, L"below");
+    Add(root, ROLE_SYSTEM_LINK, L"behind");
+    EXPECT_EQ(Text(), L"before\r\nbelow\r\nbehind\r\n");
+    EXPECT_TRUE(result);
+    EXPECT_EQ(log.Count("Access violation"), 2u) << "once for its line, once for what its children are compared with";
+    root.ReturnChildren();
+    faulting.ReturnChildren();
 }
 
 TEST_F(ElementWalkTest, OddChildrenAreSkipped) {

@@ -229,6 +229,39 @@ TEST(HtmlText, AFrameOutsideTheFilterIsLeftOutWithAllItHolds) {
     EXPECT_EQ(TextOf(frame), L"frame in");
 }
 
+TEST(HtmlText, FramesInFramesAreEachHeldAgainstTheFilter) {
+    const std::string frame = R"(, "role": 1048)";
+    const auto holding = [](const std::string& pieces) { return R"(, "children": [)" + pieces + "]"; };
+    const RECT filter{0, 0, 100, 100};
+    const std::string reachesIn = Piece("in", "in", 0, 10);
+    EXPECT_EQ(TextOf(Piece("outer", "outer", 20, 20, 10,
+                           holding(Piece("inner", "inner", 20, 300, 10, holding(reachesIn), frame) + "," +
+                                   Piece("b", "b", 60, 20)),
+                           frame),
+                     false, false, filter),
+              L"outer b")
+        << "the inner one is outside";
+    EXPECT_EQ(TextOf(Piece("outer", "outer", 20, 300, 10,
+                           holding(Piece("inner", "inner", 20, 20, 10, holding(reachesIn), frame)), frame),
+                     false, false, filter),
+              L"")
+        << "what the outer one holds is never looked at";
+    EXPECT_EQ(TextOf(Piece("outer", "outer", 100, 0, 10, holding(reachesIn), frame), false, false, filter), L"")
+        << "edges that only touch share nothing";
+    EXPECT_EQ(TextOf(Piece("outer", "outer", 0, 0, 0, holding(reachesIn), frame), false, false, filter), L"")
+        << "neither does an empty one";
+}
+
+TEST(HtmlText, UnderAFilterAnElementWithoutIAccessible2EndsTheCapture) {
+    LogCapture log;
+    DesktopFixture desktop(Page(Piece("a", "a", 0, 10) + R"(, {"id": "plain", "rectangle": [0, 10, 5, 5]})"));
+    CString text = L"before";
+    const RECT filter{0, 0, 800, 600};
+    EXPECT_EQ(IA2Tools::GetHtmlTextContent(desktop.Element("root"), false, false, &filter, text), E_NOINTERFACE);
+    EXPECT_EQ(text, L"");
+    EXPECT_TRUE(log.Contains("IA2Tools::GetHtmlTextContent failed to get IAccessible2 Role"));
+}
+
 TEST(HtmlText, AContainerOutsideTheFilterGivesNoTextButItsChildrenInsideDo) {
     const std::string children = R"(, "children": [)" + Piece("in", "in", 0, 10) + "," + Piece("out", "out", 300, 300) + "]";
     EXPECT_EQ(TextOf(Piece("div", "div", 400, 400, 10, children, R"(, "role": 1054)"), false, false, RECT{0, 0, 100, 100}), L"in");
@@ -274,6 +307,33 @@ TEST(HtmlText, OneElementMoreMakesTheCaptureFailWithoutText) {
     EXPECT_EQ(desktop.Calls("get_accRole"), 10240);
     EXPECT_TRUE(log.Contains("IA2Tools::GetHtmlTextContent Elements browsing counter limit exceeded, nBrowseCounter=10240"));
     EXPECT_EQ(desktop.OutstandingReferences(), 0);
+}
+
+TEST(HtmlText, TheLimitIsTheSameForOneElementWithAllTheOthers) {
+    const auto capture = [](int children, CString& text) {
+        std::string pieces = R"({"ia2": {"text": "first"}})";
+        for (int i = 1; i < children; ++i) pieces += ",{}";
+        DesktopFixture desktop(Page(pieces));
+        return IA2Tools::GetHtmlTextContent(desktop.Element("root"), false, false, nullptr, text);
+    };
+    LogCapture log(L"FATAL");
+    CString text;
+    EXPECT_EQ(capture(10239, text), S_OK);
+    EXPECT_EQ(text, L"first");
+    for (const int children : {10240, 10241, 30000}) {
+        EXPECT_EQ(capture(children, text), E_FAIL) << children;
+        EXPECT_EQ(text, L"") << children;
+    }
+}
+
+TEST(HtmlText, AFrameLeftOutCountsAsOneElement) {
+    // The frame holds more than the page may have, and none of it is taken.
+    std::string inFrame = "{}";
+    for (int i = 1; i < 10240; ++i) inFrame += ",{}";
+    const std::string frame =
+        Piece("frame", "frame", 400, 400, 10, R"(, "children": [)" + inFrame + "]", R"(, "role": 1048)");
+    LogCapture log(L"FATAL");
+    EXPECT_EQ(TextOf(frame + "," + Piece("a", "a", 0, 10), false, false, RECT{0, 0, 100, 100}), L"a");
 }
 
 TEST(HtmlText, AnEndlessPageEndsAtTheLimit) {

@@ -28,6 +28,16 @@ GuardedRead ReadGuarded(Read&& read) {
     return outcome;
 }
 
+// The same for a read that answers a variant. What a faulting server leaves in it is not to be trusted, not even to be
+// cleared.
+template <class Read>
+GuardedRead ReadGuarded(CComVariant& answer, Read&& read) {
+    VARIANT* const place = &answer;
+    const GuardedRead outcome = ReadGuarded([&] { return read(place); });
+    if (outcome.faulted) place->vt = VT_EMPTY;
+    return outcome;
+}
+
 std::optional<DWORD> GetOsMajorVersionOnce() {
     static const std::optional<DWORD> version = [] {
         const std::optional<DWORD> read = GetOsMajorVersion();
@@ -86,8 +96,7 @@ bool FilterOutIE8XPCrashes(const CaptureContext& context, IAccessible* acc, cons
         return false;
     }
     CComVariant answer;
-    VARIANT* const place = &answer;
-    GuardedRead read = ReadGuarded([&] { return acc->get_accRole(child, place); });
+    GuardedRead read = ReadGuarded(answer, [&](VARIANT* place) { return acc->get_accRole(child, place); });
     if (read.faulted) return true;
     if (FAILED(read.result) || answer.vt != VT_I4) {
         LogVerbose("Cannot get the role");
@@ -97,8 +106,7 @@ bool FilterOutIE8XPCrashes(const CaptureContext& context, IAccessible* acc, cons
         LogVerbose("Not a push button; don't ignore it");
         return false;
     }
-    answer.Clear();
-    read = ReadGuarded([&] { return acc->get_accState(child, place); });
+    read = ReadGuarded(answer, [&](VARIANT* place) { return acc->get_accState(child, place); });
     if (read.faulted) return true;
     if (FAILED(read.result) || answer.vt != VT_I4) {
         LogVerbose("Cannot get the state");

@@ -30,6 +30,19 @@ TEST(SafeNameOnADesktop, InvisibleButtonOfAToolBarIsLeftAloneAndOneElsewhereIsNo
     EXPECT_EQ(desktop.OutstandingReferences(), 0);
 }
 
+TEST(SafeNameOnADesktop, NewSystemIsNamedOnceAndFoundNewEachTime) {
+    DesktopFixture desktop(R"({"windows": [{"id": "bar", "class": "C", "objects": {"client": {"id": "client"}}}]})");
+    CaptureContext context;
+    context.m_bIsIETopFrame = true;
+    LogCapture first;
+    EXPECT_FALSE(FilterOutIE8XPCrashes(context, desktop.Element("client"), CComVariant(0)));
+    if (!first.Contains("] Vista or later")) GTEST_SKIP() << "a test before found an old system, which is remembered";
+    LogCapture second;
+    EXPECT_FALSE(FilterOutIE8XPCrashes(context, desktop.Element("client"), CComVariant(0)));
+    EXPECT_TRUE(second.Contains("V [FilterOutIE8XPCrashes] Vista or later")) << second.Text();
+    EXPECT_FALSE(second.Contains("Windows Vista or later"));
+}
+
 TEST(SafeNameOnADesktop, SystemIsAskedForItsVersion) {
     {
         DesktopFixture desktop(R"({"system": {"osVersion": [5, 1, 2600]}, "windows": []})");

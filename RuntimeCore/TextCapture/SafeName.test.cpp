@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Platform/FaultGuard.h"
-#include "tests/Support/FakeAccessible.h"
+#include "tests/Support/FaultingAccessible.h"
 #include "tests/Support/LogCapture.h"
 
 namespace Zorvex {
@@ -12,6 +11,7 @@ namespace {
 using Testing::FakeAccessible;
 using Testing::FakeCalls;
 using Testing::FakeObjects;
+using Testing::FaultingAccessible;
 using Testing::LogCapture;
 
 const CComVariant Self(CHILDID_SELF);
@@ -64,19 +64,7 @@ TEST_F(SafeNameTest, ExceptionOfTheServerIsAnAccessViolation) {
     EXPECT_EQ(objects.OutstandingReferences(), 0);
 }
 
-class FaultingAccessible : public FakeAccessible {
-public:
-    HRESULT STDMETHODCALLTYPE get_accName(VARIANT, BSTR* out) override {
-        // What is left behind looks like a string and is none.
-        *out = reinterpret_cast<BSTR>(static_cast<std::uintptr_t>(8));
-        volatile int* volatile nowhere = nullptr;
-        *nowhere = 1;
-        return S_OK;
-    }
-};
-
-TEST_F(SafeNameTest, HardwareFaultOfTheServerIsAnAccessViolation) {
-    if (!SurvivesHardwareFaults) GTEST_SKIP() << "the native build catches exceptions alone";
+TEST_F(SafeNameTest, FaultOfTheServerIsAnAccessViolationAndWhatItLeftBehindIsNotTouched) {
     FaultingAccessible faulting;
     for (int round = 0; round < 5; ++round) {
         log.Clear();
@@ -142,6 +130,34 @@ TEST_F(CrashFilterTest, FaultOnTheWayLeavesTheElementAlone) {
         FakeCalls::Instance().Reset(FakeCalls::Spoil::Throw, call);
         EXPECT_TRUE(FilterOut()) << call;
         EXPECT_EQ(log.Count("Access violation"), 1u) << call;
+    }
+}
+
+// Leaves a variant behind that looks like a string and holds none.
+class FaultingOverVariants : public FakeAccessible {
+public:
+    FaultingOverVariants(bool overTheRole)
+        : FakeAccessible(ROLE_SYSTEM_PUSHBUTTON, L"name"), m_overTheRole(overTheRole) {}
+
+    HRESULT STDMETHODCALLTYPE get_accRole(VARIANT child, VARIANT* out) override {
+        return m_overTheRole ? Fault(out) : FakeAccessible::get_accRole(child, out);
+    }
+    HRESULT STDMETHODCALLTYPE get_accState(VARIANT, VARIANT* out) override { return Fault(out); }
+
+private:
+    static HRESULT Fault(VARIANT* out) {
+        out->vt = VT_BSTR;
+        out->bstrVal = reinterpret_cast<BSTR>(static_cast<std::uintptr_t>(8));
+        throw FakeCalls::Thrown{};
+    }
+
+    bool m_overTheRole;
+};
+
+TEST_F(CrashFilterTest, WhatAFaultLeavesBehindIsNotTouched) {
+    for (const bool overTheRole : {true, false}) {
+        FaultingOverVariants faulting(overTheRole);
+        EXPECT_TRUE(FilterOutIE8XPCrashes(context, &faulting, Self, OldSystem)) << overTheRole;
     }
 }
 

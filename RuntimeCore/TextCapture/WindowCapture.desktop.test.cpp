@@ -94,6 +94,17 @@ TEST_F(WindowCaptureTest, ObjectModelsAreReadByKind) {
     EXPECT_TRUE(success);
 }
 
+TEST_F(WindowCaptureTest, ListViewInAWindowGivesItsColumnsAndTheyEndWithIt) {
+    DesktopFixture desktop(
+        R"({"windows": [{"id": "w", "class": "C", "children": [{"id": "files", "class": "SysListView32", "style": 1, "listView": {
+        "columns": [{"text": "Name"}, {"text": "Size"}], "items": [["a", "1"]]}, "objects": {"client": {"role": "list", "children": [
+            {"role": "list item", "name": "a", "simple": true}]}}},
+        {"id": "box", "class": "ListBox", "objects": {"client": {"role": "list", "children": [{"role": "list item", "name": "plain", "simple": true}]}}}]}]})");
+    EXPECT_EQ(Text(desktop, CaptureHighlightInfo), L"Name\tSize\r\na\t1\r\nplain\r\n");
+    ASSERT_EQ(lines.size(), 2u) << "the header has no element";
+    EXPECT_EQ(lines[0].text, L"a\t1");
+}
+
 TEST_F(WindowCaptureTest, FilterCountsUnderItsFlagsAlone) {
     DesktopFixture desktop(Desktop(R"({"role": "text", "name": "in", "rectangle": [10, 10, 20, 20]}, {"role": "text", "name": "out", "rectangle": [100, 10, 20, 20]})",
                                    R"("rectangle": [0, 0, 500, 500], )"));
