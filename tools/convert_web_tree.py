@@ -44,11 +44,20 @@ STATES = {
 NO_DEFAULT = {'showContextMenu', 'clickAncestor', 'doDefault'}
 # Their text on Windows is their name; the recorded tree gives them none.
 NAMED_TEXT = {'check box', 'radio button'}
+# Recorded like runs of text; on Windows they hold them.
+TEXT_FRAMES = {'code', 'em', 'strong', 'sub', 'sup'}
 FIELDS = {'entry', 'password text'}
 
 
 def is_shown(node):
     return 'showing' in node.get('states', [])
+
+
+def role_of(node):
+    """Role on Windows, and that of IAccessible2 where it is another number."""
+    if node['role'] == 'static' and node.get('attributes', {}).get('tag') in TEXT_FRAMES:
+        return 'grouping', 0x429
+    return ROLES[node['role']]
 
 
 def escaped(text):
@@ -85,7 +94,7 @@ class Conversion:
             states.append('protected')
         if node['role'] == 'link':
             states.append('linked')
-        if node['role'] in ('document web', 'static'):
+        if role_of(node)[0] in ('document', 'StaticText'):
             states.append('read only')
         if 'visible' not in given:
             states.append('invisible')
@@ -121,7 +130,7 @@ class Conversion:
         """`page` is the document that another window stands for."""
         if node is page:
             return {'windowObject': 'page'}
-        role, own_role = ROLES[node['role']]
+        role, own_role = role_of(node)
         # Outside a document, groups are views.
         if role == 'grouping' and page is not None:
             role = 'pane'

@@ -66,6 +66,12 @@ INSTANTIATE_TEST_SUITE_P(Recorded, WebPages, testing::Values("article", "form", 
 
 class ArticlePage : public WebPages {};
 
+TEST_P(ArticlePage, EveryWordThatAPersonSeesIsRead) {
+    for (const wchar_t* seen : {L"Home", L"12%", L"third quarter", L"fell", L"inline link that itself wraps",
+                                L"South-East", L"line two", L"Figure 1", L"three"})
+        EXPECT_NE(Page().find(seen), CString::npos) << CString(seen);
+}
+
 TEST_P(ArticlePage, WhatIsHiddenInThePageIsNotRead) {
     for (const wchar_t* unseen : {L"hidden text", L"aria hidden"}) EXPECT_EQ(Page().find(unseen), CString::npos);
 }
