@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "RuntimeCore/LateBinding.h"
 #include "tests/Support/FakeDocument.h"
 #include "tests/Support/LogCapture.h"
 
@@ -27,7 +26,6 @@ protected:
 
 using HtmlTools = HtmlToolsTest;
 using ScreenToCssRatio = HtmlToolsTest;
-using LateBindingTest = HtmlToolsTest;
 
 TEST_F(HtmlTools, TheInterfacesHaveTheirPublishedIds) {
     const auto first = [](const IID& id) { return id.Data1; };
@@ -165,45 +163,6 @@ TEST_F(ScreenToCssRatio, SaysWhatIsMissing) {
     page.window.accessible = nullptr;
     EXPECT_FALSE(GetScreenToCssPxRatio(page.window.Dispatch(), &ratio));
     EXPECT_EQ(log.Count("GetScreenToCssPxRatio: Cannot get window screen rectangle through AA or the rectangle is empty"), 3u);
-}
-
-TEST_F(LateBindingTest, AMemberThatIsMissingNullOrOfAnotherTypeIsAFailure) {
-    FakeHtmlObject object;
-    object.values[L"number"] = CComVariant(7);
-    object.values[L"text"] = CComVariant(L"eight");
-    object.objects[L"nothing"] = [] { return nullptr; };
-    LONG number = 1;
-    CString text = L"x";
-    CComPtr<IDispatch> other;
-    EXPECT_EQ(LateBinding::GetNumber(object.Dispatch(), L"number", number), S_OK);
-    EXPECT_EQ(number, 7);
-    EXPECT_EQ(LateBinding::GetNumber(object.Dispatch(), L"text", number), E_FAIL);
-    EXPECT_EQ(number, 0);
-    EXPECT_EQ(LateBinding::GetNumber(object.Dispatch(), L"absent", number), DISP_E_UNKNOWNNAME);
-    EXPECT_EQ(LateBinding::GetText(object.Dispatch(), L"text", text), S_OK);
-    EXPECT_EQ(text, L"eight");
-    EXPECT_EQ(LateBinding::GetText(object.Dispatch(), L"number", text), E_FAIL);
-    EXPECT_EQ(text, L"");
-    EXPECT_EQ(LateBinding::GetDispatch(object.Dispatch(), L"nothing", other), E_FAIL);
-    EXPECT_EQ(LateBinding::GetDispatch(nullptr, L"nothing", other), E_POINTER);
-}
-
-TEST_F(LateBindingTest, ArgumentsArriveInTheOrderOfTheCall) {
-    FakeHtmlObject object;
-    object.methods[L"join"] = [](const FakeHtmlObject::Arguments& arguments, VARIANT* result) {
-        CComVariant joined(arguments.at(0).lVal * 100 + arguments.at(1).lVal * 10 + arguments.at(2).lVal);
-        joined.DetachTo(*result);
-        return S_OK;
-    };
-    LONG number = 0;
-    EXPECT_EQ(LateBinding::CallForNumber(object.Dispatch(), L"join", {CComVariant(1), CComVariant(2), CComVariant(3)}, number), S_OK);
-    EXPECT_EQ(number, 123);
-    const CComVariant one(1);
-    CComVariant ignored;
-    EXPECT_EQ(LateBinding::Call(object.Dispatch(), L"join", {one, one, one, one, one}, ignored), E_INVALIDARG);
-    object.values[L"size"] = CComVariant(1);
-    EXPECT_EQ(LateBinding::Put(object.Dispatch(), L"size", CComVariant(2)), S_OK);
-    EXPECT_EQ(object.values[L"size"].lVal, 2);
 }
 
 }  // namespace

@@ -18,6 +18,20 @@ HRESULT Invoke(IDispatch* object, const wchar_t* name, WORD flags, DISPPARAMS& p
     return object->Invoke(id, GUID{}, LOCALE_USER_DEFAULT, flags, &parameters, result, nullptr, nullptr);
 }
 
+HRESULT InvokeWith(IDispatch* object, const wchar_t* name, WORD flags, std::initializer_list<CComVariant> arguments, CComVariant& out_result) {
+    out_result.Clear();
+    if (arguments.size() > MostArguments) return E_INVALIDARG;
+    // Arguments stand in reverse order.
+    VARIANT reversed[MostArguments];  // borrowed
+    std::copy(std::rbegin(arguments), std::rend(arguments), reversed);
+    DISPPARAMS parameters{};
+    parameters.rgvarg = reversed;
+    parameters.cArgs = static_cast<UINT>(arguments.size());
+    const HRESULT result = Invoke(object, name, flags, parameters, &out_result);
+    if (FAILED(result)) out_result.Clear();
+    return result;
+}
+
 HRESULT ObjectIn(const CComVariant& value, CComPtr<IDispatch>& out_object) {
     if (value.vt == VT_DISPATCH) {
         out_object = value.pdispVal;
@@ -37,11 +51,7 @@ HRESULT NumberIn(CComVariant& value, LONG& out_number) {
 }  // namespace
 
 HRESULT Get(IDispatch* object, const wchar_t* name, CComVariant& out_value) {
-    out_value.Clear();
-    DISPPARAMS none{};
-    const HRESULT result = Invoke(object, name, DISPATCH_PROPERTYGET, none, &out_value);
-    if (FAILED(result)) out_value.Clear();
-    return result;
+    return InvokeWith(object, name, DISPATCH_PROPERTYGET, {}, out_value);
 }
 
 HRESULT Put(IDispatch* object, const wchar_t* name, const CComVariant& value) {
@@ -56,17 +66,7 @@ HRESULT Put(IDispatch* object, const wchar_t* name, const CComVariant& value) {
 }
 
 HRESULT Call(IDispatch* object, const wchar_t* name, std::initializer_list<CComVariant> arguments, CComVariant& out_result) {
-    out_result.Clear();
-    if (arguments.size() > MostArguments) return E_INVALIDARG;
-    // Arguments stand in reverse order.
-    VARIANT reversed[MostArguments];  // borrowed
-    std::copy(std::rbegin(arguments), std::rend(arguments), reversed);
-    DISPPARAMS parameters{};
-    parameters.rgvarg = reversed;
-    parameters.cArgs = static_cast<UINT>(arguments.size());
-    const HRESULT result = Invoke(object, name, DISPATCH_METHOD, parameters, &out_result);
-    if (FAILED(result)) out_result.Clear();
-    return result;
+    return InvokeWith(object, name, DISPATCH_METHOD, arguments, out_result);
 }
 
 HRESULT GetNumber(IDispatch* object, const wchar_t* name, LONG& out_number) {
@@ -96,6 +96,13 @@ HRESULT CallForDispatch(IDispatch* object, const wchar_t* name, std::initializer
     out_object.Release();
     CComVariant value;
     const HRESULT result = Call(object, name, arguments, value);
+    return FAILED(result) ? result : ObjectIn(value, out_object);
+}
+
+HRESULT GetItem(IDispatch* collection, std::initializer_list<CComVariant> indexes, CComPtr<IDispatch>& out_object) {
+    out_object.Release();
+    CComVariant value;
+    const HRESULT result = InvokeWith(collection, L"Item", DISPATCH_METHOD | DISPATCH_PROPERTYGET, indexes, value);
     return FAILED(result) ? result : ObjectIn(value, out_object);
 }
 

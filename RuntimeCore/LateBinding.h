@@ -26,6 +26,8 @@ HRESULT GetNumber(IDispatch* object, const wchar_t* name, LONG& out_number);
 HRESULT GetText(IDispatch* object, const wchar_t* name, CString& out_text);
 HRESULT GetDispatch(IDispatch* object, const wchar_t* name, CComPtr<IDispatch>& out_object);
 HRESULT CallForDispatch(IDispatch* object, const wchar_t* name, std::initializer_list<CComVariant> arguments, CComPtr<IDispatch>& out_object);
+// One object of a collection, by its indexes: in some collections the item is a method, in others a property.
+HRESULT GetItem(IDispatch* collection, std::initializer_list<CComVariant> indexes, CComPtr<IDispatch>& out_object);
 HRESULT CallForNumber(IDispatch* object, const wchar_t* name, std::initializer_list<CComVariant> arguments, LONG& out_number);
 
 }  // namespace Zorvex::LateBinding

@@ -52,7 +52,8 @@ Records Expected(const Table& table) {
     const std::vector<std::wstring> names = table.ColumnNames();
     Records records;
     if (!names.empty())
-        for (auto& record = records.emplace_back(); const std::wstring& name : names) record.push_back(NarrowText(name));
+        for (auto& record = records.emplace_back(); const std::wstring& name : names)
+            record.push_back(NarrowText(name));
     for (const auto& row : table.rows) {
         // An empty line reads as one empty field.
         auto& record = records.emplace_back(std::max<std::size_t>(names.size(), 1));

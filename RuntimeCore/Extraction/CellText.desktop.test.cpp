@@ -68,6 +68,15 @@ TEST_F(CellTextTest, AFailedCaptureIsEmpty) {
     EXPECT_EQ(desktop.OutstandingReferences(), 0);
 }
 
+TEST_F(CellTextTest, HiddenTextsOfACellAreTextsOfTheCell) {
+    DesktopFixture hidden(R"({"windows": [{"id": "main", "class": "Main", "objects": {"client": {"children": [
+      {"id": "cell", "role": "cell", "children": [{"role": "text", "name": "a", "state": ["invisible"]},
+        {"role": "list item", "name": "b", "state": ["offscreen"]}]}]}}}]})");
+    CString text;
+    GetCellText(text, hidden.Window("main"), hidden.Element("cell"), hidden.Child("cell"), false);
+    EXPECT_EQ(text, L"a\r\nb\r\n");
+}
+
 TEST_F(CellTextTest, ACellOfAMillionUnitsIsReadWhole) {
     desktop.Do({.target = "one", .name = std::wstring(1'000'000, L'x')});
     EXPECT_EQ(Text("one", false).size(), 1'000'000u);

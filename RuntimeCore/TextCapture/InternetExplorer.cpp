@@ -2,7 +2,9 @@
 
 #include "Common/include/CComPtr.h"
 #include "Common/include/CComVariant.h"
+#include "Common/include/FailureOrEFail.h"
 #include "Common/include/Log.h"
+#include "Common/include/ObjectFromWindow.h"
 #include "RuntimeCore/HTMLTools.h"
 #include "RuntimeCore/LateBinding.h"
 #include "RuntimeCore/TextCapture/HtmlMarkers.h"
@@ -15,8 +17,9 @@ namespace {
 
 bool IsSameObject(IUnknown* left, IUnknown* right) {
     CComPtr<IUnknown> leftIdentity, rightIdentity;
-    return SUCCEEDED(CComPtr<IUnknown>(left).QueryInterface(leftIdentity)) && SUCCEEDED(CComPtr<IUnknown>(right).QueryInterface(rightIdentity)) &&
-           leftIdentity && leftIdentity.p == rightIdentity.p;
+    return SUCCEEDED(CComPtr<IUnknown>(left).QueryInterface(leftIdentity)) &&
+           SUCCEEDED(CComPtr<IUnknown>(right).QueryInterface(rightIdentity)) && leftIdentity &&
+           leftIdentity.p == rightIdentity.p;
 }
 
 // The innermost document that holds both corners of the filter, else the document of the window.
@@ -36,7 +39,7 @@ HRESULT GetDocumentOfFilter(HWND hWnd, const RECT* prcFilter, CComPtr<IHTMLDocum
 // Logs, and makes the answer a failure.
 HRESULT Failure(LocatedFormat<char> text, HRESULT result) {
     LogError(text);
-    return FAILED(result) ? result : E_FAIL;
+    return FailureOrEFail(result);
 }
 
 }  // namespace
@@ -56,8 +59,7 @@ HRESULT CaptureDocumentTextIE(CaptureContext&, HWND hWnd, const RECT* prcFilter,
 HRESULT CaptureTextAA_IE(HWND hWnd, CString& out_text) {
     out_text.clear();
     CComPtr<IAccessible> spAccIE;
-    HRESULT result =
-        ::AccessibleObjectFromWindow(hWnd, static_cast<DWORD>(OBJID_WINDOW), IidOf<IAccessible>(), reinterpret_cast<void**>(&spAccIE));
+    HRESULT result = ObjectFromWindow(hWnd, OBJID_WINDOW, spAccIE);
     if (FAILED(result) || !spAccIE) {
         LogError("CaptureTextAA_IE: AccessibleObjectFromWindow failed");
         return S_FALSE;
@@ -92,6 +94,7 @@ HRESULT CaptureTextAA_IE(HWND hWnd, CString& out_text) {
     result = LateBinding::GetDispatch(spDoc2, L"body", spBody);
     if (SUCCEEDED(result)) result = LateBinding::GetText(spBody, L"innerText", text);
     if (FAILED(result)) return Failure("CaptureTextAA_IE: the text of the body can't be read", result);
+    if (text.size() > LongestCapturedText) text.resize(LongestCapturedText);
     out_text = WithWindowsLineEnds(text);
     LogVerbose("CaptureTextAA_IE: return S_OK");
     return S_OK;

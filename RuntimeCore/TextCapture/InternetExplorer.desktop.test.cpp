@@ -5,6 +5,9 @@
 #include "Platform/Simulated/Desktop.h"
 #include "Platform/Simulated/Element.h"
 #include "RuntimeCore/HTMLTools.h"
+#include "RuntimeCore/Requests/RequestFlags.h"
+#include "RuntimeCore/TextCapture/ElementCapture.h"
+#include "RuntimeCore/TextCapture/WindowCapture.h"
 #include "tests/Support/DesktopFixture.h"
 #include "tests/Support/FakeDocument.h"
 #include "tests/Support/LogCapture.h"
@@ -65,6 +68,7 @@ protected:
 
 using InternetExplorer = InternetExplorerTest;
 using InternetExplorerFallback = InternetExplorerTest;
+using InternetExplorerKind = InternetExplorerTest;
 using HtmlPoints = InternetExplorerTest;
 
 TEST_F(InternetExplorer, WithoutAFilterTheDocumentOfTheWindowIsRead) {
@@ -169,6 +173,48 @@ TEST_F(InternetExplorerFallback, EachStepSaysWhereItFailed) {
     desktop.Get().ElementById("root")->EditDetails().services = nullptr;
     EXPECT_EQ(Fallback(), E_NOINTERFACE);
     EXPECT_TRUE(log.Contains("CaptureTextAA_IE: spServiceProvider failed")) << log.Text();
+    EXPECT_EQ(text, L"");
+}
+
+TEST_F(InternetExplorerFallback, ATextLongerThanAnyIsCut) {
+    Serve("root", page.body);
+    page.body.values[L"innerText"] = CComVariant(std::wstring(LongestCapturedText + 3, L'x'));
+    EXPECT_EQ(Fallback(), S_OK);
+    EXPECT_EQ(text.size(), LongestCapturedText);
+}
+
+TEST_F(InternetExplorerKind, AWindowIsReadThroughItsDocumentUnderTheFilterOfTheFlags) {
+    std::vector<HighlightInfo> lines;
+    const RECT filter{0, 300, 100, 340};
+    const auto capture = [&](DWORD flags) {
+        text = L"before";
+        EXPECT_TRUE(DoCaptureAA(desktop.Window("ie"), AA_TYPE_IE, filter, flags, lines, text));
+        return text;
+    };
+    EXPECT_EQ(capture(0), L"Name Ada\r\nframe");
+    EXPECT_EQ(desktop.Calls("root", "accHitTest"), 0);
+    EXPECT_EQ(capture(CaptureClipped), L"frame");
+    EXPECT_EQ(capture(CaptureByExactRectangle), L"frame");
+    EXPECT_FALSE(log.Contains("CaptureTextAA_IE"));
+}
+
+TEST_F(InternetExplorerKind, AnElementIsReadAsTheWholeDocumentWhateverTheFlags) {
+    std::vector<HighlightInfo> lines;
+    EXPECT_TRUE(AAGetFullTextFromElement(desktop.Window("ie"), desktop.Element("leaf"), desktop.Child("leaf"),
+                                         CaptureClipped | CaptureByExactRectangle, lines, text));
+    EXPECT_EQ(text, L"Name Ada\r\nframe");
+    EXPECT_EQ(desktop.Calls("root", "accHitTest"), 0);
+}
+
+TEST_F(InternetExplorerKind, ADocumentThatCannotBeReadLeavesTheTextOfTheBody) {
+    std::vector<HighlightInfo> lines;
+    Serve("root", page.body);
+    page.body.methods.erase(L"createTextRange");
+    EXPECT_TRUE(DoCaptureAA(desktop.Window("ie"), AA_TYPE_IE, {}, 0, lines, text));
+    EXPECT_EQ(text, L"Name\r\nframe");
+    EXPECT_TRUE(log.Contains("CaptureTextAA_IE: return S_OK"));
+    page.body.values.erase(L"innerText");
+    EXPECT_FALSE(DoCaptureAA(desktop.Window("ie"), AA_TYPE_IE, {}, 0, lines, text));
     EXPECT_EQ(text, L"");
 }
 

@@ -1,15 +1,45 @@
 #include "RuntimeCore/TextCapture/OfficeCapture.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <optional>
+#include <utility>
 
+#include "Common/include/CComPtr.h"
+#include "Common/include/CComVariant.h"
 #include "Common/include/Log.h"
-#include "RuntimeCore/TextCapture/Automation.h"
+#include "Common/include/ObjectFromWindow.h"
+#include "RuntimeCore/LateBinding.h"
 #include "RuntimeCore/TextCapture/CaptureContext.h"
 
 namespace Zorvex {
 
 namespace {
+
+// The object model behind a window. Null if it offers none.
+CComPtr<IDispatch> GetNativeObject(HWND hWnd) {
+    CComPtr<IDispatch> object, window;
+    // What comes may be a stand-in for the object; the object itself is asked.
+    if (SUCCEEDED(ObjectFromWindow(hWnd, OBJID_NATIVEOM, object)) && object) object.QueryInterface(window);
+    return window;
+}
+
+// The object at the end of a path of properties. Null if any of them is missing, or the object itself.
+CComPtr<IDispatch> ObjectAt(CComPtr<IDispatch> object, std::initializer_list<const wchar_t*> path) {
+    for (const wchar_t* const name : path) {
+        CComPtr<IDispatch> next;
+        LateBinding::GetDispatch(object, name, next);
+        object = std::move(next);
+    }
+    return object;
+}
+
+// Null if there is no such item.
+CComPtr<IDispatch> ItemOf(IDispatch* collection, std::initializer_list<CComVariant> indexes) {
+    CComPtr<IDispatch> item;
+    LateBinding::GetItem(collection, indexes, item);
+    return item;
+}
 
 // Texts on lines of their own, each with its line end before it. Ends at the limits of a capture: the target's
 // counts are its own affair.
@@ -26,7 +56,9 @@ public:
     }
     // Takes the object's text, if it has one.
     void Append(IDispatch* object) {
-        if (!Automation::ReadText(object, L"Text", m_line) || m_line.empty() || !m_context.HasRoom(m_text, m_line.size() + 2)) return;
+        if (FAILED(LateBinding::GetText(object, L"Text", m_line)) || m_line.empty() ||
+            !m_context.HasRoom(m_text, m_line.size() + 2))
+            return;
         m_text += L"\r\n";
         m_text += m_line;
     }
@@ -40,57 +72,48 @@ private:
 
 // The size of a collection, cut where no capture goes on. Nothing if it isn't one.
 std::optional<LONG> ReadCount(IDispatch* collection) {
-    const std::optional<LONG> count = Automation::ReadNumber(collection, L"Count");
-    if (!count) return std::nullopt;
-    return std::min(*count, static_cast<LONG>(MostCapturedElements) + 1);
+    LONG count = 0;
+    if (FAILED(LateBinding::GetNumber(collection, L"Count", count))) return std::nullopt;
+    return std::min(count, static_cast<LONG>(MostCapturedElements) + 1);
 }
 
 }  // namespace
 
 HRESULT CaptureTextAA_Word(HWND hWnd, CString& out_text) {
-    const auto window = Automation::GetNativeObject(hWnd);
-    const auto document = Automation::ReadObject(window, L"Document");
-    const auto content = Automation::ReadObject(document, L"Content");
     CString text;
-    if (!Automation::ReadText(content, L"Text", text)) return S_FALSE;
+    if (FAILED(LateBinding::GetText(ObjectAt(GetNativeObject(hWnd), {L"Document", L"Content"}), L"Text", text)))
+        return S_FALSE;
     if (text.size() > LongestCapturedText) text.resize(LongestCapturedText);
     out_text = std::move(text);
     return S_OK;
 }
 
 HRESULT CaptureTextAA_Excel(HWND hWnd, CString& out_text) {
-    const auto window = Automation::GetNativeObject(hWnd);
-    const auto sheet = Automation::ReadObject(window, L"ActiveSheet");
-    const auto used = Automation::ReadObject(sheet, L"UsedRange");
-    const auto rows = Automation::ReadObject(used, L"Rows");
-    const auto columns = Automation::ReadObject(used, L"Columns");
-    const std::optional<LONG> rowCount = ReadCount(rows);
-    const std::optional<LONG> columnCount = ReadCount(columns);
+    const auto used = ObjectAt(GetNativeObject(hWnd), {L"ActiveSheet", L"UsedRange"});
+    const std::optional<LONG> rowCount = ReadCount(ObjectAt(used, {L"Rows"}));
+    const std::optional<LONG> columnCount = ReadCount(ObjectAt(used, {L"Columns"}));
     if (!rowCount || !columnCount) return S_FALSE;
     LinesOfObjects lines(out_text);
     for (LONG row = 1; row <= *rowCount; ++row)
         for (LONG column = 1; column <= *columnCount; ++column) {
             if (!lines.MayAsk()) return S_OK;
-            lines.Append(Automation::ReadItem(used, {row, column}));
+            lines.Append(ItemOf(used, {CComVariant(row), CComVariant(column)}));
         }
     return S_OK;
 }
 
 HRESULT CaptureTextAA_PowerPoint(HWND hWnd, CString& out_text) {
-    const auto window = Automation::GetNativeObject(hWnd);
-    const auto presentation = Automation::ReadObject(window, L"Presentation");
-    const auto slides = Automation::ReadObject(presentation, L"Slides");
+    const auto slides = ObjectAt(GetNativeObject(hWnd), {L"Presentation", L"Slides"});
     const std::optional<LONG> slideCount = ReadCount(slides);
     if (!slideCount) return S_FALSE;
     LinesOfObjects lines(out_text);
     for (LONG slide = 1; slide <= *slideCount; ++slide) {
         if (!lines.MayAsk()) return S_OK;
-        const auto shapes = Automation::ReadObject(Automation::ReadItem(slides, {slide}), L"Shapes");
+        const auto shapes = ObjectAt(ItemOf(slides, {CComVariant(slide)}), {L"Shapes"});
         const LONG shapeCount = ReadCount(shapes).value_or(0);
         for (LONG shape = 1; shape <= shapeCount; ++shape) {
             if (!lines.MayAsk()) return S_OK;
-            const auto frame = Automation::ReadObject(Automation::ReadItem(shapes, {shape}), L"TextFrame");
-            lines.Append(Automation::ReadObject(frame, L"TextRange"));
+            lines.Append(ObjectAt(ItemOf(shapes, {CComVariant(shape)}), {L"TextFrame", L"TextRange"}));
         }
     }
     return S_OK;

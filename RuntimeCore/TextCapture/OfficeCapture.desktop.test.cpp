@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "Platform/Simulated/AutomationObject.h"
+#include "Platform/Simulated/Desktop.h"
+#include "RuntimeCore/TextCapture/CaptureContext.h"
 #include "tests/Support/DesktopFixture.h"
 #include "tests/Support/LogCapture.h"
 
@@ -29,6 +32,20 @@ TEST(OfficeCapture, DocumentGivesTheTextOfItsContentAsItStands) {
     EXPECT_EQ(result, S_OK);
     EXPECT_EQ(Text(CaptureTextAA_Word, R"({"Document": {"Content": {"Text": ""}}})"), L"");
     EXPECT_EQ(result, S_OK);
+}
+
+TEST(OfficeCapture, DocumentLongerThanAnyTextIsCut) {
+    // Not in JSON, which would take its time.
+    using Simulated::AutomationData;
+    const auto with = [](const wchar_t* name, Simulated::AutomationValue value) {
+        return std::make_shared<const AutomationData>(AutomationData{{{name, std::move(value)}}});
+    };
+    const auto content = with(L"Text", {std::wstring(LongestCapturedText + 3, L'x')});
+    DesktopFixture desktop(R"({"windows": [{"id": "w", "class": "C"}]})");
+    desktop.Get().WindowById("w")->nativeObject = with(L"Document", {with(L"Content", {content})});
+    CString text;
+    EXPECT_EQ(CaptureTextAA_Word(desktop.Window("w"), text), S_OK);
+    EXPECT_EQ(text.size(), LongestCapturedText);
 }
 
 TEST(OfficeCapture, AnythingMissingOnTheWayToTheTextGivesNothing) {
@@ -74,8 +91,12 @@ TEST(OfficeCapture, SheetWithoutCellsSucceedsAndOneWithoutCountsDoesNot) {
     EXPECT_EQ(result, S_OK);
     EXPECT_EQ(Text(CaptureTextAA_Excel, Sheet("-1", "-1", "[]")), L"");
     EXPECT_EQ(result, S_OK);
-    EXPECT_EQ(Text(CaptureTextAA_Excel, Sheet("null", "{}", "[]")), L"");
-    EXPECT_EQ(result, S_FALSE);
+    for (const char* odd : {"null", "{}", "\"many\"", R"({"$result": "0x80020009"})"}) {
+        EXPECT_EQ(Text(CaptureTextAA_Excel, Sheet(odd, "1", R"([[{"Text": "a"}]])")), L"") << odd;
+        EXPECT_EQ(result, S_FALSE) << odd;
+        EXPECT_EQ(Text(CaptureTextAA_Excel, Sheet("1", odd, R"([[{"Text": "a"}]])")), L"") << odd;
+        EXPECT_EQ(result, S_FALSE) << odd;
+    }
     EXPECT_EQ(Text(CaptureTextAA_Excel, R"({"ActiveSheet": {}})"), L"");
     EXPECT_EQ(result, S_FALSE);
 }
