@@ -3,6 +3,7 @@
 #   ./run.sh               takes an element of a real program by a point, shows its attributes, finds it again by a
 #                          selector, and draws it into out/demo.png
 #   ./run.sh build         only builds; what is built lies in dist/
+#   ./run.sh shell         opens a shell on a display of its own, with vantrel-ctl and served_desktop at hand
 #   ./run.sh ctl ARGS...   runs the controller: under Wine with a display set up, natively where ARGS have --desktop
 # Works without the network once everything has been installed.
 set -uo pipefail
@@ -30,13 +31,13 @@ build_native() {
 
 # collect FOLDER: what a user takes along, into dist/.
 collect() {
-  find "build/$1" -path '*/CMakeFiles' -prune -o \( -name 'vantrel*.dll' -o -name 'vantrel-ctl*.exe' -o -name 'standard_objects.dll' \) \
+  find "build/$1" -path '*/CMakeFiles' -prune -o \( -name 'vantrel*.dll' -o -name 'vantrel-ctl*.exe' -o -name 'standard_objects.dll' -o -name 'served_desktop.exe' \) \
     -type f -exec cp -f {} dist/ \;
 }
 
 build_windows() {
   tools/packages.sh windows || return 1
-  build_preset windows-x64 vantrel vantrel_host vantrel-ctl standard_objects || return 1
+  build_preset windows-x64 vantrel vantrel_host vantrel-ctl standard_objects served_desktop || return 1
   collect windows-x64
   [ "${1:-}" = all ] || return 0
   build_preset windows-x86 vantrel vantrel_host vantrel-ctl || return 1
@@ -57,6 +58,17 @@ demo_live() {
   wine_start || return 1
   export WINE_LOADER
   tools/demo.sh "$WINE_LOADER dist/vantrel-ctl.exe --beside standard_objects.dll" live
+}
+
+# A shell for docs/tutorial.md; with its input from a pipe it runs the lines of it.
+shell_live() {
+  tools/packages.sh live || return 1
+  [ -e dist/vantrel-ctl.exe ] && [ -e dist/served_desktop.exe ] || build_windows || return 1
+  source tests/live/wine.sh
+  trap wine_stop EXIT
+  wine_start || return 1
+  export WINE_LOADER
+  bash --rcfile tools/shell.sh -i 8>&- 9>&-
 }
 
 case "${1:-demo}" in
@@ -82,8 +94,11 @@ case "${1:-demo}" in
     [ -e dist/vantrel-ctl.exe ] || build_windows >&2 || exit 1
     exec tests/live/wine.sh run dist/vantrel-ctl.exe "$@"
     ;;
+  shell)
+    shell_live
+    ;;
   *)
-    sed -n '2,8s/^# \{0,1\}//p' "$0"
+    sed -n '2,9s/^# \{0,1\}//p' "$0"
     exit 2
     ;;
 esac
