@@ -1,4 +1,6 @@
 // The helpers of tests/Support/CommandRun.h: they stand here because they need the controller.
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -49,6 +51,19 @@ std::string EvenOut(const std::string& text) {
     return result;
 }
 
+// A process of its own would take what it remembers of a table along.
+void ForgetSession(std::vector<std::string> arguments) {
+    const auto has = [&arguments](const char* word) { return std::find(arguments.begin(), arguments.end(), word) != arguments.end(); };
+    if (!has("--session") || has("--cleanup")) return;
+    // These have no meaning there.
+    const auto rows = std::find(arguments.begin(), arguments.end(), "--max-rows");
+    if (rows != arguments.end()) arguments.erase(rows, rows + 2);
+    for (const char* word : {"--csv", "--no-header"}) std::erase(arguments, word);
+    arguments.push_back("--cleanup");
+    std::ostringstream ignored;
+    if (Controller::RunCommandLine(std::move(arguments), ignored, ignored) == 2) throw std::logic_error(ignored.str());
+}
+
 }  // namespace
 
 CommandAnswer RunCommand(const std::vector<std::string>& arguments) {
@@ -57,6 +72,7 @@ CommandAnswer RunCommand(const std::vector<std::string>& arguments) {
     std::ostringstream out, err;
     CommandAnswer answer;
     answer.code = Controller::RunCommandLine(arguments, out, err);
+    if (answer.code == 0) ForgetSession(arguments);
     std::filesystem::current_path(before);
     answer.out = EvenOut(out.str());
     answer.err = EvenOut(err.str());
@@ -139,6 +155,14 @@ std::string TerminalAnswer(const std::string& line) {
     text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
     if (!text.empty() && text.back() != '\n') text += '\n';
     return text;
+}
+
+TEST(CommandRun, ATableIsAsNewInEveryRun) {
+    const std::string line =
+        "vantrel-ctl --desktop tests/desktops/timetable.json table 'ctrl[name=late]' --csv --max-rows 1 --no-header --session again";
+    const std::string answer = TerminalAnswer(line);
+    EXPECT_NE(answer.find("session: MightBeDuringLoad"), std::string::npos) << answer;
+    EXPECT_EQ(TerminalAnswer(line), answer);
 }
 
 }  // namespace Zorvex::Testing
