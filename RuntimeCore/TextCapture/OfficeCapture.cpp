@@ -20,7 +20,7 @@ namespace {
 CComPtr<IDispatch> GetNativeObject(HWND hWnd) {
     CComPtr<IDispatch> object, window;
     // What comes may be a stand-in for the object; the object itself is asked.
-    if (SUCCEEDED(ObjectFromWindow(hWnd, OBJID_NATIVEOM, object)) && object) object.QueryInterface(window);
+    if (FAILED(ObjectFromWindow(hWnd, OBJID_NATIVEOM, object)) || FAILED(object.QueryInterface(window))) return nullptr;
     return window;
 }
 

@@ -4,6 +4,7 @@
 #include "Common/include/CComPtr.h"
 #include "Common/include/CComVariant.h"
 #include "Common/include/Log.h"
+#include "Common/include/ObjectFromWindow.h"
 #include "RuntimeCore/Requests/RequestFlags.h"
 #include "RuntimeCore/TextCapture/CaptureRoles.h"
 #include "RuntimeCore/TextCapture/EditCapture.h"
@@ -90,8 +91,7 @@ HRESULT CaptureTextAA_Generic(CaptureContext& context, HWND hWnd, const RECT* pr
     LogVerbose("CaptureTextAA_Generic m_bIsIETopFrame=%d", context.m_bIsIETopFrame);
 
     CComPtr<IAccessible> root;
-    HRESULT result =
-        ::AccessibleObjectFromWindow(hWnd, static_cast<DWORD>(OBJID_WINDOW), IidOf<IAccessible>(), reinterpret_cast<void**>(&root));
+    HRESULT result = ObjectFromWindow(hWnd, OBJID_WINDOW, root);
     if (FAILED(result) || !root) {
         LogError("AccessibleObjectFromWindow failed, hResult=%x", result);
         return S_FALSE;

@@ -1,13 +1,13 @@
 #include "RuntimeCore/TextCapture/WindowObject.h"
 
+#include "Common/include/ObjectFromWindow.h"
+
 namespace Zorvex {
 
 CComPtr<IAccessible> GetAccessibleWindowObject(HWND hWnd) {
     CComPtr<IDispatch> object;
-    const HRESULT result =
-        ::AccessibleObjectFromWindow(hWnd, static_cast<DWORD>(OBJID_WINDOW), IidOf<IDispatch>(), reinterpret_cast<void**>(&object));
     CComPtr<IAccessible> acc;
-    if (FAILED(result) || !object || FAILED(object.QueryInterface(acc))) return nullptr;
+    if (FAILED(ObjectFromWindow(hWnd, OBJID_WINDOW, object)) || FAILED(object.QueryInterface(acc))) return nullptr;
     return acc;
 }
 
