@@ -36,7 +36,6 @@ GetAllItemsResponse GetAllItemsImpl(const GetAllItemsRequest& request) {
             LogError("Initial ComboBox expand failed.");
             return response;
         }
-        response.comboBoxResult = S_OK;
     }
     if (const auto container = SelectableContainer(element)) response.status = GetAllItems(*container, response.items);
     if (comboBox) {

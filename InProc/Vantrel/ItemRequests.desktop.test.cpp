@@ -49,17 +49,30 @@ constexpr char kDesktop[] = R"({"windows": [
         {"id": "large", "role": "list item", "name": "large", "state": ["selectable"]}]}]},
     {"id": "emptyCombo", "role": "combo box", "value": "typed", "children": [{"id": "blank", "role": "list item", "name": ""}]},
     {"id": "empty", "role": "list", "selection": []},
+    {"id": "sheet", "role": "table", "selection": ["picked"], "children": [
+      {"id": "picked", "role": "list", "children": [
+        {"id": "picked1", "role": "row", "name": "n1", "value": "v1"},
+        {"id": "picked2", "role": "row", "name": "n2", "value": "v2", "simple": true}]}]},
+    {"id": "branches", "role": "outline", "children": [
+      {"id": "oak", "role": "outline item", "name": "oak", "state": ["selectable", "selected", "multiselectable"]},
+      {"id": "elm", "role": "outline item", "name": "elm", "state": ["selectable", "multiselectable"]},
+      {"id": "yew", "role": "outline item", "name": "yew", "state": ["selectable"]}]},
     {"id": "bar", "role": "tool bar", "children": [{"id": "button", "role": "push button", "name": "Go"}]}]}}},
   {"id": "page", "class": "Chrome_WidgetWin_1", "objects": {"client": {"children": [
     {"id": "webList", "role": "list", "children": [
       {"id": "web1", "role": "list item", "name": "w1", "state": ["selectable"], "defaultAction": "click"},
       {"id": "web2", "role": "list item", "name": "w2", "state": ["selectable", "selected"], "defaultAction": "click"}]},
+    {"id": "simpleList", "role": "list", "state": ["multiselectable"], "children": [
+      {"id": "simple1", "role": "list item", "name": "s1", "simple": true, "state": ["selectable", "selected"]}]},
     {"id": "webCombo", "role": "combo box", "value": "x", "state": ["collapsed"], "defaultAction": "open",
      "action": [{"change": "webCombo", "toggle": ["expanded", "collapsed"]},
                 {"insert": {"id": "options", "role": "list", "children": [{"id": "option", "role": "list item", "name": "option"}]}, "into": "webCombo"}],
      "children": []},
     {"id": "webSize", "role": "combo box", "value": "s", "defaultAction": "press", "children": [
       {"id": "l", "role": "list item", "name": "l", "state": ["selectable"]}]}]}}},
+  {"id": "news", "class": "MozillaWindowClass", "objects": {"client": {"children": [
+    {"id": "newsSize", "role": "combo box", "value": "s", "defaultAction": "press", "children": [
+      {"id": "m", "role": "list item", "name": "m", "state": ["selectable"]}]}]}}},
   {"id": "box", "class": "ListBox", "listBox": {"items": ["b1", "b2"], "selection": [0]},
    "objects": {"client": {"id": "boxList", "role": "list", "children": [{"id": "b1", "role": "list item", "name": "b1", "simple": true}]}}},
   {"id": "formsBox", "class": "WindowsForms10.LISTBOX.app", "listBox": {"items": ["f1", "f2", "f3"], "selection": [1], "multiple": true}}]})";
@@ -135,6 +148,11 @@ TEST_F(ItemRequestsTest, WithoutItemsTheStatusTellsWhetherThereCouldBeAny) {
     EXPECT_EQ(All(Identify("client")).status, SelectionResult::Success) << "list items below anything else count as well";
 }
 
+TEST_F(ItemRequestsTest, ItemWhoseTextIsAnsweredWithAnotherSuccessIsLeftOut) {
+    desktop.AddFault("apple", {.call = "get_accName", .result = S_FALSE, .text = L"apple"});
+    EXPECT_THAT(All(Identify("fruit")).items, ElementsAre(L"apricot", L"banana", L"anana"));
+}
+
 TEST_F(ItemRequestsTest, AtMostAThousandItemsComeBack) {
     std::string many;
     for (int i = 0; i < 1100; ++i) many += (i ? "," : "") + std::string(R"({"role": "list item", "name": "i)") + std::to_string(i) + R"(", "simple": true})";
@@ -176,6 +194,18 @@ TEST_F(ItemRequestsTest, WindowAloneStandsForItsClient) {
     desktop.AddFault("main", {.call = "AccessibleObjectFromWindow", .null = true});
     EXPECT_EQ(Clear(WindowOnly("main")), SelectionResult::Failure);
     EXPECT_TRUE(log.Contains("GetSelectableAccElementFromWindow: output pAccElem is null")) << log.Text();
+}
+
+TEST_F(ItemRequestsTest, ObjectOfAWindowStandsForItsClientAsWell) {
+    const HWND box = desktop.Window("box");
+    CComPtr<IAccessible> frame;
+    ASSERT_EQ(::AccessibleObjectFromWindow(box, static_cast<DWORD>(OBJID_WINDOW), IidOf<IAccessible>(), reinterpret_cast<void**>(&frame)), S_OK);
+    const auto identifier = AAContainerCache::Instance().RegisterObject({kClientPid, box}, AAElement{box, frame, CComVariant(CHILDID_SELF)});
+    ASSERT_NE(identifier.containerId, 0u);
+    EXPECT_THAT(All(identifier).items, ElementsAre(L"b1"));
+    const int ofFrame = desktop.Calls("boxList", "WindowFromAccessibleObject");
+    EXPECT_THAT(All(Identify("boxList", "box")).items, ElementsAre(L"b1"));
+    EXPECT_EQ(ofFrame, desktop.Calls("boxList", "WindowFromAccessibleObject") - ofFrame + 1) << "the client is asked for its window";
 }
 
 TEST_F(ItemRequestsTest, ClientWhoseWindowIsGoneIsNothingToWorkOn) {
@@ -241,6 +271,18 @@ TEST_F(ItemRequestsTest, ItemJoinsAMultipleSelectionButTakesAnEmptyOne) {
     EXPECT_EQ(Select(Identify("fruit"), {L"apricot"}), SelectionResult::Success);
     EXPECT_THAT(desktop.Done(), testing::Contains("accSelect apple 8"));
     EXPECT_THAT(desktop.Done(), testing::Contains("accSelect apricot 2"));
+}
+
+TEST_F(ItemRequestsTest, ItemJoinsWhereItSaysItselfThatSeveralCanBeSelected) {
+    EXPECT_EQ(Select(Identify("branches"), {L"elm"}), SelectionResult::Success);
+    EXPECT_EQ(Select(Identify("branches"), {L"yew"}), SelectionResult::Success);
+    EXPECT_THAT(desktop.Done(), ElementsAre("SetFocus main", "accSelect elm 8", "SetFocus main", "accSelect yew 2"));
+}
+
+TEST_F(ItemRequestsTest, SelectionThatIsAnsweredWithAnotherSuccessIsNone) {
+    desktop.AddFault("fruit", {.call = "get_accSelection", .result = S_FALSE, .type = VT_I4});
+    EXPECT_EQ(Select(Identify("fruit"), {L"apple"}), SelectionResult::Success);
+    EXPECT_THAT(desktop.Done(), testing::Contains("accSelect apple 2"));
 }
 
 TEST_F(ItemRequestsTest, TableIsSearchedByTextAndItsRowIsSelectedNotTheCell) {
@@ -346,8 +388,11 @@ TEST_F(ItemRequestsTest, RefusalStaysWhereTheComboBoxCannotSayThatItShowsAnother
 TEST_F(ItemRequestsTest, ComboBoxThatStillShowsAnotherTextIsPressedInABrowserAlone) {
     desktop.AddFault("webSize", {.call = "get_accValue", .text = L"other"});
     desktop.AddFault("combo", {.call = "get_accValue", .text = L"other"});
+    desktop.AddFault("newsSize", {.call = "get_accValue", .text = L"other"});
     EXPECT_EQ(Select(Identify("webSize", "page"), {L"l"}), SelectionResult::Success);
     EXPECT_EQ(desktop.Calls("webSize", "accDoDefaultAction"), 1);
+    EXPECT_EQ(Select(Identify("newsSize", "news"), {L"m"}), SelectionResult::Success);
+    EXPECT_EQ(desktop.Calls("newsSize", "accDoDefaultAction"), 1);
     EXPECT_EQ(Select(Identify("combo"), {L"large"}), SelectionResult::Success);
     EXPECT_EQ(desktop.Calls("combo", "accDoDefaultAction"), 0);
 }
@@ -367,6 +412,27 @@ TEST_F(ItemRequestsTest, SingleSelectionIsClearedOnRequestButKeptBeforeSelecting
     EXPECT_EQ(Clear(Identify("one")), SelectionResult::Success);
     EXPECT_THAT(desktop.Done(), ElementsAre("accSelect red 16"));
     EXPECT_EQ(Clear(Identify("one")), SelectionResult::Success) << "nothing is selected any more";
+}
+
+TEST_F(ItemRequestsTest, SelectionIsClearedBeforeSelectingWhereTheItemSaysThatSeveralCanBeSelected) {
+    EXPECT_EQ(Select(Identify("branches"), {}, ClearFirst), SelectionResult::Success);
+    EXPECT_THAT(desktop.Done(), ElementsAre("accSelect oak 16"));
+}
+
+TEST_F(ItemRequestsTest, ItemWithoutAnObjectIsNotPressedInAChromiumWindow) {
+    EXPECT_EQ(Clear(Identify("simpleList", "page")), SelectionResult::Success);
+    EXPECT_THAT(desktop.Done(), ElementsAre("accSelect simple1 16"));
+}
+
+TEST_F(ItemRequestsTest, TableIsClearedItemByItemOfTheObjectThatStandsForItsSelection) {
+    EXPECT_EQ(Clear(Identify("sheet")), SelectionResult::Success);
+    EXPECT_THAT(desktop.Done(), ElementsAre("accSelect picked1 16", "accSelect picked2 16"));
+}
+
+TEST_F(ItemRequestsTest, ContainerWhoseRoleCannotBeReadIsCleared) {
+    desktop.AddFault("tabs", {.call = "get_accRole", .result = E_FAIL});
+    EXPECT_EQ(Clear(Identify("tabs")), SelectionResult::Success);
+    EXPECT_THAT(desktop.Done(), ElementsAre("accSelect tab1 16"));
 }
 
 TEST_F(ItemRequestsTest, ItemThatCannotBeClearedIsIgnored) {
@@ -394,6 +460,12 @@ TEST_F(ItemRequestsTest, GetSelectedItemsOnAComboBoxIsItsValueEvenIfNothingInIts
 TEST_F(ItemRequestsTest, ComboBoxWhoseValueCannotBeReadAnswersWithItsSelection) {
     desktop.AddFault("emptyCombo", {.call = "get_accValue", .result = E_FAIL});
     EXPECT_EQ(Selected(Identify("emptyCombo")).status, SelectionResult::NothingFoundNoSelectSupport) << log.Text();
+}
+
+TEST_F(ItemRequestsTest, SelectedItemsOfATableAreItsValues) {
+    const auto answer = Selected(Identify("sheet"));
+    EXPECT_EQ(answer.status, SelectionResult::Success);
+    EXPECT_THAT(answer.items, ElementsAre(L"v1", L"v2"));
 }
 
 TEST_F(ItemRequestsTest, SelectedTextsNeedAnAnswerOfExactlyZero) {
@@ -437,6 +509,14 @@ TEST_F(ItemRequestsTest, NoItemsClearAListBoxWithoutAskingForIt) {
     const auto forms = Selected(WindowOnly("formsBox"));
     EXPECT_EQ(forms.status, SelectionResult::NothingFoundNoSelectSupport) << "its client has no role of a list";
     EXPECT_THAT(forms.items, IsEmpty());
+}
+
+TEST_F(ItemRequestsTest, ListBoxThatDoesNotTellItsSelectionFailsWithAsManyEmptyTexts) {
+    desktop.AddFault("formsBox", {.call = "SendMessage", .at = 2, .count = -1});
+    const auto answer = Selected(WindowOnly("formsBox"));
+    EXPECT_EQ(answer.status, SelectionResult::Failure) << "an empty text is no empty answer";
+    EXPECT_THAT(answer.items, ElementsAre(L""));
+    EXPECT_TRUE(log.Contains("E [GetSelectedItemsImpl_ListBox] GetSelectedItemsImpl_ListBox: Could not retrieve")) << log.Text();
 }
 
 // Servers that don't keep still.

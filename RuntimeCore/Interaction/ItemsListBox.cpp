@@ -87,8 +87,8 @@ bool ReadSelectedIndexes(HWND window, LRESULT count, std::vector<int>& indexes) 
 bool HasWildcard(const CString& text) { return text.find_first_of(L"*?") != CString::npos; }
 
 SelectionResult SetSelectedItemsImpl_ListBox(HWND window, const std::vector<CString>& items, bool clearFirst, bool firstMatchOnly) {
-    if (items.empty()) return SelectionResult::Success;
-    if (::SendMessageW(window, LB_GETSELCOUNT, 0, 0) == Refused) return SelectListBoxItem(window, items.front(), BoxKind::Single);
+    if (::SendMessageW(window, LB_GETSELCOUNT, 0, 0) == Refused)
+        return items.empty() ? SelectionResult::Success : SelectListBoxItem(window, items.front(), BoxKind::Single);
     if (clearFirst) {
         const SelectionResult cleared = ClearSelectedItemsImpl_ListBox(window);
         if (cleared != SelectionResult::Success) {
@@ -130,11 +130,12 @@ SelectionResult GetSelectedItemsImpl_ListBox(HWND window, std::vector<CString>& 
     } else if (count < 1) {
         return SelectionResult::Success;
     } else {
+        // On purpose before it is known which they are: a box that doesn't tell answers with as many empty texts.
+        if (count <= MostListBoxItems) items.resize(static_cast<std::size_t>(count));
         if (!ReadSelectedIndexes(window, count, indexes)) {
             LogError("GetSelectedItemsImpl_ListBox: Could not retrieve current selected items for WinForms List Box");
             return SelectionResult::Failure;
         }
-        items.resize(static_cast<std::size_t>(count));
     }
     for (std::size_t place = 0; place < indexes.size(); ++place) {
         if (!GetListBoxItem(window, indexes[place], items[place])) {

@@ -25,8 +25,8 @@ SelectionResult SetSelectedItemsImpl_ListBox(HWND window, const std::vector<CStr
 // Success always: what couldn't be cleared is told to the log.
 SelectionResult ClearSelectedItemsImpl_ListBox(HWND window);
 
-// The texts of the selected items in the order of the box. Success with none when nothing is selected. Failure when a
-// text can't be read; the texts read until then stay in `items`, which is as long as the selection was.
+// The texts of the selected items in the order of the box. Success with none when nothing is selected. Failure when the
+// selection or a text can't be read; the texts read until then stay in `items`, which is as long as the selection was.
 // Under FirstOnly the list is that long too and only its first text is filled, which callers rely on.
 SelectionResult GetSelectedItemsImpl_ListBox(HWND window, std::vector<CString>& items, AAUtil::SelectionExtent extent);
 
