@@ -4,22 +4,11 @@
 #include "Common/include/ObjectFromWindow.h"
 #include "InProc/Vantrel/AAContainerCache.h"
 #include "RuntimeCore/CheckState.h"
+#include "RuntimeCore/Interaction/WindowFrame.h"
 
 namespace Zorvex {
 
 namespace {
-
-// Moves from a window's frame to its client, where there is one.
-void EnterFrame(CComPtr<IAccessible>& object) {
-    const CComVariant self(CHILDID_SELF);
-    CComVariant role;
-    if (FAILED(object->get_accRole(self, &role)) || role.vt != VT_I4 || role.lVal != ROLE_SYSTEM_WINDOW) return;
-    CComVariant child;
-    CComPtr<IAccessible> client;
-    if (FAILED(object->accNavigate(NAVDIR_FIRSTCHILD, self, &child)) || child.vt != VT_DISPATCH || !child.pdispVal) return;
-    if (SUCCEEDED(child.pdispVal->QueryInterface(IidOf<IAccessible>(), reinterpret_cast<void**>(&client))) && client)
-        object = std::move(client);
-}
 
 // A native check box has a window of its own, so that an identifier may name just the window: the element is then the
 // one that the window is. False, with a line in the log, for a window without an object.

@@ -5,6 +5,7 @@
 #include "Common/include/Log.h"
 #include "Common/include/ObjectFromWindow.h"
 #include "RuntimeCore/AAUtilitiesStates.h"
+#include "RuntimeCore/Interaction/WindowFrame.h"
 
 namespace Zorvex {
 
@@ -18,14 +19,6 @@ const CComVariant& Self() {
 LONG RoleOf(IAccessible* accessible) {
     CComVariant role;
     return accessible && SUCCEEDED(accessible->get_accRole(Self(), &role)) && role.vt == VT_I4 ? role.lVal : 0;
-}
-
-// The object behind the first child; null when there is none, or when it is no object of its own.
-CComPtr<IAccessible> ClientChild(IAccessible* window) {
-    CComVariant child;
-    if (FAILED(window->accNavigate(NAVDIR_FIRSTCHILD, Self(), &child))) return nullptr;
-    AAObjectWrapper client = AAObjectWrapper::FromChild(window, std::move(child));
-    return client.IsFullObject() ? std::move(client.container) : nullptr;
 }
 
 }  // namespace
@@ -55,12 +48,7 @@ bool GetSelectableAccElementFromWindow(HWND& window, CComPtr<IAccessible>& conta
         }
         renewsWindow = true;
     }
-    if (RoleOf(container) == ROLE_SYSTEM_WINDOW) {
-        if (CComPtr<IAccessible> client = ClientChild(container)) {
-            container = std::move(client);
-            renewsWindow = true;
-        }
-    }
+    if (EnterFrame(container)) renewsWindow = true;
     if (!container) {
         LogError("GetSelectableAccElementFromWindow: output pAccElem is null");
         return false;
