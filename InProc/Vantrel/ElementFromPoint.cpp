@@ -12,9 +12,9 @@
 #include "Common/include/ObjectFromWindow.h"
 #include "Common/include/TreeWalker/AANode.h"
 #include "InProc/Vantrel/AAContainerCache.h"
-#include "InProc/Vantrel/RelatedElement.h"
 #include "RuntimeCore/AAUtilitiesOwnerWindow.h"
 #include "RuntimeCore/IA2ToolsHtml.h"
+#include "RuntimeCore/RelatedElement/AARelatedElement.h"
 
 namespace Zorvex {
 

@@ -111,6 +111,12 @@ TEST_F(BrowserDialog, OfFirefoxIsFoundAtAnyDepth) {
     EXPECT_TRUE(log.Contains("V [LogRole]           dialog"));
 }
 
+TEST_F(BrowserDialog, OfFirefoxIsTheFirstLevelByLevel) {
+    Open(R"({ "role": "pane", "children": [ { "role": "pane", "children": [ { "role": "dialog", "ia2": { "attributes": "tag:vbox;" } } ] } ] },
+      { "id": "shallow", "role": "dialog", "ia2": { "attributes": "tag:vbox;" } })");
+    EXPECT_TRUE(FindsFirefox("shallow"));
+}
+
 TEST_F(BrowserDialog, OfAPageIsSkippedAndALaterOneOfTheBrowserIsFound) {
     Open(R"({ "role": "pane", "children": [ { "id": "page", "role": "dialog", "ia2": { "attributes": "tag:window;" }, "children": [
         { "id": "inner", "role": "dialog", "ia2": { "attributes": "tag:vbox;" } } ] } ] },

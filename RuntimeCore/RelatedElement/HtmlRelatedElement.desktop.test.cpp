@@ -1,4 +1,4 @@
-#include "RuntimeCore/Enablement/HtmlRelatedElement.h"
+#include "RuntimeCore/RelatedElement/HtmlRelatedElement.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "InProc/Vantrel/RelatedElement.h"
+#include "RuntimeCore/RelatedElement/AARelatedElement.h"
 
 #include <gtest/gtest.h>
 
@@ -28,6 +28,22 @@ TEST(RelatedElement, AncestorIsLookedForUpTo128Levels) {
         EXPECT_EQ(log.Contains("Found NO ancestors with requested roles up to height 128"), over);
         EXPECT_TRUE(log.Contains("Searching for ancestor"));
     }
+}
+
+TEST(RelatedElement, ElementOfTheRoleIsItsOwnAncestorAtHeightZero) {
+    DesktopFixture desktop(Nested(1));
+    LogCapture log;
+    EXPECT_EQ(FindAncestorWithRole(desktop.Element("combo"), ROLE_SYSTEM_COMBOBOX), desktop.Element("combo"));
+    EXPECT_TRUE(log.Contains("V [FindAncestorWithRole] Found ancestor with role 0x2e at height 0")) << log.Text();
+    EXPECT_EQ(desktop.Calls("combo", "get_accParent"), 0);
+}
+
+TEST(RelatedElement, TopOfTheTreeEndsTheSearch) {
+    FakeAccessible top(ROLE_SYSTEM_PANE);
+    LogCapture log;
+    EXPECT_EQ(FindAncestorWithRole(&top, ROLE_SYSTEM_COMBOBOX), nullptr);
+    EXPECT_TRUE(log.Contains("V [FindAncestorWithRole] Found NO ancestors with requested roles up to height 1")) << log.Text();
+    EXPECT_EQ(top.references, 0);
 }
 
 TEST(RelatedElement, NullElementHasNoAncestor) {

@@ -1,4 +1,5 @@
-// The element that stands in for another one of an HTML document.
+// The counterpart of AARelatedElement for elements of HTML documents, for whoever links this library and has them in
+// hand; no request of the server does.
 #pragma once
 
 #include "Common/include/CComPtr.h"

@@ -1,4 +1,4 @@
-#include "InProc/Vantrel/RelatedElement.h"
+#include "RuntimeCore/RelatedElement/AARelatedElement.h"
 
 #include "Common/include/CComVariant.h"
 #include "Common/include/Log.h"
