@@ -19,6 +19,9 @@ struct Outcome {
     std::optional<bool> isChecked;   // the answer to a question
 };
 
+// What a second look found.
+enum class Verdict { NothingToSee, Took, DidNotTake, CannotTell };
+
 constexpr HRESULT kNotCheckable = static_cast<HRESULT>(0x80040221u);
 
 Outcome OfResult(HRESULT result) { return {SUCCEEDED(result), result, std::nullopt}; }
@@ -29,7 +32,11 @@ Outcome Do(Session& session, const ActionCommand& command, const AAObjectIdentif
         case ElementAction::Click: return OfResult(session.Call(DoDefaultActionRequest{{element}}).result);
         case ElementAction::Check: return OfResult(session.Call(SetIsCheckedRequest{element, true}).result);
         case ElementAction::Uncheck: return OfResult(session.Call(SetIsCheckedRequest{element, false}).result);
-        case ElementAction::ScrollTo: return OfResult(session.Call(ScrollIntoViewRequest{{element}}).result);
+        case ElementAction::ScrollTo: {
+            // Another success says that the time for coming into view ran out.
+            const HRESULT result = session.Call(ScrollIntoViewRequest{{element}}).result;
+            return {result == S_OK, result, std::nullopt};
+        }
         case ElementAction::Write: return {session.Call(WriteTextRequest{element, command.text}).success, std::nullopt, std::nullopt};
         case ElementAction::Expand: return OfResult(session.Call(ExpandDomAriaComboRequest{element, true}).result);
         case ElementAction::Collapse: return OfResult(session.Call(ExpandDomAriaComboRequest{element, false}).result);
@@ -39,9 +46,17 @@ Outcome Do(Session& session, const ActionCommand& command, const AAObjectIdentif
     return {answer.success, std::nullopt, answer.isChecked};
 }
 
-bool HasState(const ElementView& view, std::wstring_view state) {
-    const std::wstring text = L", " + view.state + L",";
-    return text.find(L", " + std::wstring(state) + L",") != std::wstring::npos;
+// By the bits, since the words of a state are in the language of the system.
+Verdict HasState(Session& session, const AAObjectIdentifier& element, LONG bit, bool wanted) {
+    const auto state = ReadState(session, element);
+    if (!state) return Verdict::CannotTell;
+    return ((*state & bit) != 0) == wanted ? Verdict::Took : Verdict::DidNotTake;
+}
+
+Verdict IsChecked(Session& session, const AAObjectIdentifier& element, bool wanted) {
+    const auto answer = session.Call(GetIsCheckedRequest{{element}});
+    if (!answer.success) return Verdict::CannotTell;
+    return answer.isChecked == wanted ? Verdict::Took : Verdict::DidNotTake;
 }
 
 std::wstring OneLineEnd(std::wstring text) {
@@ -49,20 +64,38 @@ std::wstring OneLineEnd(std::wstring text) {
     return text;
 }
 
-// Whether what was wanted is there now. Nothing where it can't be told from the element.
-std::optional<bool> Took(Session& session, const ActionCommand& command, const AAObjectIdentifier& element, const ElementView& after) {
+Verdict HasValue(Session& session, const AAObjectIdentifier& element, const std::wstring& wanted) {
+    const CComVariant value = ReadAttribute(session, {element}, L"value").front();
+    if (value.vt != VT_BSTR) return Verdict::CannotTell;
+    const std::wstring text = value.bstrVal ? std::wstring(value.bstrVal, ::SysStringLen(value.bstrVal)) : std::wstring();
+    return OneLineEnd(text) == OneLineEnd(wanted) ? Verdict::Took : Verdict::DidNotTake;
+}
+
+// Whether what was wanted is there now.
+Verdict LookAgain(Session& session, const ActionCommand& command, const AAObjectIdentifier& element) {
     switch (command.action) {
-        case ElementAction::Focus: return HasState(after, L"focused");
-        case ElementAction::Check: return session.Call(GetIsCheckedRequest{{element}}).isChecked;
-        case ElementAction::Uncheck: return !session.Call(GetIsCheckedRequest{{element}}).isChecked;
-        case ElementAction::ScrollTo: return !HasState(after, L"offscreen");
-        case ElementAction::Write: return OneLineEnd(ReadTexts(session, {element}, L"value").front()) == OneLineEnd(command.text);
-        case ElementAction::Expand: return HasState(after, L"expanded");
-        case ElementAction::Collapse: return !HasState(after, L"expanded");
+        case ElementAction::Focus: return HasState(session, element, STATE_SYSTEM_FOCUSED, true);
+        case ElementAction::Check: return IsChecked(session, element, true);
+        case ElementAction::Uncheck: return IsChecked(session, element, false);
+        case ElementAction::ScrollTo: return HasState(session, element, STATE_SYSTEM_OFFSCREEN, false);
+        case ElementAction::Write: return HasValue(session, element, command.text);
+        case ElementAction::Expand: return HasState(session, element, STATE_SYSTEM_EXPANDED, true);
+        case ElementAction::Collapse: return HasState(session, element, STATE_SYSTEM_EXPANDED, false);
         case ElementAction::Click:
         case ElementAction::IsChecked: break;
     }
-    return std::nullopt;
+    return Verdict::NothingToSee;
+}
+
+// Why the server did nothing and called it a success; empty if it acted.
+std::string IdleText(Session& session, const ActionCommand& command, const ElementView& view) {
+    if (command.action != ElementAction::Expand && command.action != ElementAction::Collapse) return {};
+    const std::string what = "nothing was done: " + ViewText(view);
+    if (!view.identifier.isDomAria || view.role != L"combo box") return what + " is no combo box of a web page";
+    const auto answer = session.Call(GetNativeAttributeRequest{{view.identifier, L"accDefaultAction"}});
+    const std::wstring action = answer.value.vt == VT_BSTR && answer.value.bstrVal ? answer.value.bstrVal : L"";
+    if (action == L"open") return {};
+    return what + " is known for a combo box of a web page by the default action \"open\", and has " + QuotedText(action);
 }
 
 const char* DoneText(ElementAction action) {
@@ -92,23 +125,42 @@ std::string RefusalText(const ActionCommand& command, const Outcome& outcome, co
     if (outcome.result == kNotCheckable)
         return what + ": " + (view.role == L"radio button" ? "a radio button can't be unchecked; check another one of its group"
                                                            : "it is no check box and no radio button");
+    if (command.action == ElementAction::ScrollTo && outcome.result == S_FALSE) return what + ": it didn't come to rest in view in time";
     if (command.action == ElementAction::IsChecked) return what + ": it is no check box and no radio button";
     if (outcome.result) return what + ": " + CodeText(*outcome.result);
     if (command.action == ElementAction::Focus) return what + ": it can't take the focus";
     return what + ": it takes no text";
 }
 
-void Write(JsonWriter& json, const Outcome& outcome, const ElementView& view, std::optional<bool> took) {
+void Write(JsonWriter& json, const Outcome& outcome, const ElementView& view, Verdict verdict) {
     json.BeginObject().Key("done").Flag(outcome.done);
     json.Key("result");
     if (outcome.result) json.Text(std::string_view(CodeText(*outcome.result)));
     else json.Null();
     if (outcome.isChecked) json.Key("isChecked").Flag(*outcome.isChecked);
     json.Key("verified");
-    if (took) json.Flag(*took);
+    if (verdict == Verdict::Took || verdict == Verdict::DidNotTake) json.Flag(verdict == Verdict::Took);
     else json.Null();
     WriteView(json, view);
     json.EndObject().Finish();
+}
+
+// What the second look showed, where nothing is wrong.
+std::string SeenText(Verdict verdict, const ElementView& before, const ElementView& after) {
+    if (after.role.empty() && !before.role.empty()) return "it can't be read any more";
+    const std::string state = "its state is now [" + NarrowText(after.state) + "]";
+    if (verdict == Verdict::Took) return after.state == before.state ? "it took" : "it took; " + state;
+    return after.state == before.state ? "its state is what it was" : state;
+}
+
+bool IsAboutCheckState(ElementAction action) {
+    return action == ElementAction::Check || action == ElementAction::Uncheck || action == ElementAction::IsChecked;
+}
+
+// A check box that is a window of its own is known to the server by its window; the window's element is the frame.
+AAObjectIdentifier ActedOn(const ActionCommand& command, AAObjectIdentifier element) {
+    if (IsAboutCheckState(command.action) && ReadHandle(command.target.text)) element.containerId = 0;
+    return element;
 }
 
 ExitCode ShowOne(Session& session, const AAObjectIdentifier& element, Output& output) {
@@ -127,14 +179,16 @@ ExitCode ShowOne(Session& session, const AAObjectIdentifier& element, Output& ou
 }  // namespace
 
 ExitCode RunAction(Session& session, const ActionCommand& command, Output& output) {
-    const AAObjectIdentifier element = FindTarget(session, command.target);
-    const ElementView before = ReadViews(session, {element}).front();
+    const AAObjectIdentifier shown = FindTarget(session, command.target), element = ActedOn(command, shown);
+    const ElementView before = ReadViews(session, {shown}).front();
+    const std::string idle = IdleText(session, command, before);
     const Outcome outcome = Do(session, command, element);
-    const ElementView after = command.verify ? ReadViews(session, {element}).front() : before;
-    const std::optional<bool> took = command.verify && outcome.done ? Took(session, command, element, after) : std::nullopt;
+    const bool verifies = command.verify && outcome.done;
+    const Verdict verdict = verifies ? LookAgain(session, command, element) : Verdict::NothingToSee;
+    const ElementView after = command.verify ? ReadViews(session, {shown}).front() : before;
     if (output.json) {
         JsonWriter json(output.out);
-        Write(json, outcome, after, took);
+        Write(json, outcome, after, verdict);
     }
     if (!outcome.done) {
         output.err << RefusalText(command, outcome, before) << '\n';
@@ -142,16 +196,18 @@ ExitCode RunAction(Session& session, const ActionCommand& command, Output& outpu
     }
     if (!output.json) {
         if (outcome.isChecked) output.out << (*outcome.isChecked ? "checked" : "not checked") << '\n';
+        else if (!idle.empty()) output.out << idle << '\n';
         else output.out << DoneText(command.action) << ' ' << ViewText(before) << '\n';
-        if (command.verify && command.action != ElementAction::IsChecked) {
-            if (after.state != before.state) output.out << "its state is now [" << NarrowText(after.state) << "]\n";
-            else output.out << "its state is what it was\n";
-        }
     }
-    if (took == false) {
+    if (verdict == Verdict::DidNotTake) {
         output.err << "it didn't take: " << ViewText(after) << '\n';
         return ExitCode::NotFound;
     }
+    if (verdict == Verdict::CannotTell) {
+        output.err << "it can't be told whether it took: the element can't be read any more\n";
+        return ExitCode::NotFound;
+    }
+    if (verifies && !output.json) output.out << SeenText(verdict, before, after) << '\n';
     return ExitCode::Done;
 }
 

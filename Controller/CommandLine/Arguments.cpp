@@ -145,7 +145,8 @@ ItemCommands AddItems(CLI::App& app, RawArguments& raw) {
     commands.select->add_flag("--keep-selection", raw.keepSelection, "add to what is selected");
     commands.select->add_flag("--first", raw.firstMatchOnly, "of a name with wildcards the first match alone");
     commands.select->add_flag("--allow-disabled", raw.allowDisabled, "try disabled items as well");
-    commands.select->add_flag("--verify", raw.verify, "read the selection again and say whether it took");
+    for (CLI::App* command : {commands.select, commands.clear})
+        command->add_flag("--verify", raw.verify, "read the selection again and say whether it took");
     return commands;
 }
 
@@ -381,7 +382,7 @@ std::variant<Invocation, ArgumentsText> ReadArguments(std::vector<std::string> a
         if (text->parsed()) invocation.command = MakeText(raw, kind->count() != 0);
         if (items.all->parsed()) invocation.command = ItemsCommand{TargetOf(raw.target)};
         if (items.selected->parsed()) invocation.command = SelectedCommand{TargetOf(raw.target)};
-        if (items.clear->parsed()) invocation.command = ClearSelectionCommand{TargetOf(raw.target)};
+        if (items.clear->parsed()) invocation.command = ClearSelectionCommand{TargetOf(raw.target), raw.verify};
         if (items.select->parsed()) invocation.command = MakeSelect(raw);
         if (enablement.wake->parsed()) invocation.command = MakeWake(raw);
         if (enablement.dialog->parsed()) invocation.command = DialogCommand{};

@@ -90,6 +90,12 @@ std::vector<std::wstring> ReadTexts(Session& session, const std::vector<AAObject
     return texts;
 }
 
+std::optional<LONG> ReadState(Session& session, const AAObjectIdentifier& element) {
+    const auto answer = session.Call(GetNativeAttributeRequest{{element, L"accState"}});
+    if (FAILED(answer.result) || answer.value.vt != VT_I4) return std::nullopt;
+    return answer.value.lVal;
+}
+
 std::optional<RECT> RectangleOf(const VARIANT& value) {
     std::vector<LONG> numbers;
     if (!EachNumber(value, [&](LONG number) { numbers.push_back(number); }) || numbers.size() != 4) return std::nullopt;

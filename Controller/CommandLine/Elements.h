@@ -19,6 +19,9 @@ std::vector<CComVariant> ReadAttribute(Session& session, const std::vector<AAObj
 // The same as texts; what isn't a text comes empty.
 std::vector<std::wstring> ReadTexts(Session& session, const std::vector<AAObjectIdentifier>& elements, const std::wstring& name);
 
+// The bits of the state; nothing if they can't be read.
+std::optional<LONG> ReadState(Session& session, const AAObjectIdentifier& element);
+
 // Four numbers in an array; nothing for any other variant.
 std::optional<RECT> RectangleOf(const VARIANT& value);
 // A variant as a person reads it: texts in quotes, numbers, rectangles; a dash for an empty one.

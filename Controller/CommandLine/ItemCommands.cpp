@@ -1,13 +1,18 @@
 // Commands about the items of lists, combo boxes, trees, tables and tab lists.
 #include <algorithm>
 #include <cstdio>
+#include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Controller/CommandLine/Commands.h"
 #include "Controller/CommandLine/Elements.h"
 #include "RuntimeCore/Selectors/ValueMatcher/WildcardMatch.h"
+#include "RuntimeCore/Selectors/Values/AttributeNames.h"
+#include "RuntimeCore/Selectors/Values/SelectorTags.h"
 
 namespace Zorvex::Controller {
 
@@ -90,12 +95,76 @@ bool IsAmong(const std::vector<std::wstring>& items, const std::wstring& wanted)
     return std::any_of(items.begin(), items.end(), [&](const std::wstring& item) { return WildcardMatch(wanted, item, true); });
 }
 
-// What was asked for and isn't selected.
-std::vector<std::wstring> Missing(const std::vector<std::wstring>& wanted, const std::vector<std::wstring>& selected) {
-    std::vector<std::wstring> missing;
-    for (const std::wstring& item : wanted)
-        if (!IsAmong(selected, item)) missing.push_back(item);
-    return missing;
+std::vector<AAObjectIdentifier> FindBelow(Session& session, const AAObjectIdentifier& root, std::shared_ptr<AaTag> tag, std::uint32_t most) {
+    Search::SelectorEntry entry;
+    entry.tags = {std::move(tag)};
+    entry.options.scope = Search::SearchScope::Descendants;
+    entry.options.maxResults = most;
+    return Search(session, root, std::move(entry));
+}
+
+// The selection as it is now. A table is asked for its rows, since what is selected in it has no text of its own.
+class SelectionNow {
+public:
+    SelectionNow(Session& session, const Container& container) : m_session(session), m_isTable(container.view.role == L"table") {
+        if (m_isTable) {
+            ReadRows(container);
+        } else {
+            const auto response = session.Call(GetSelectedItemsRequest{{container.element}});
+            m_isRead = response.status != SelectionResult::Failure;
+            m_items = response.items;
+        }
+    }
+
+    bool IsRead() const { return m_isRead; }
+    // Of rows, what is said of them.
+    const std::vector<std::wstring>& Items() const { return m_items; }
+    // What was asked for and isn't selected.
+    std::vector<std::wstring> Missing(const std::vector<std::wstring>& wanted) const {
+        std::vector<std::wstring> missing;
+        for (const std::wstring& item : wanted)
+            if (!(m_isTable ? IsInRow(item) : IsAmong(m_items, item))) missing.push_back(item);
+        return missing;
+    }
+
+private:
+    static constexpr std::uint32_t kMostRows = 1000;  // as many items as the server acts on
+
+    static std::shared_ptr<AaTag> TagOf(const wchar_t* role, const std::wstring& text = {}) {
+        auto tag = std::make_shared<AaTag>();
+        tag->SetAttribute(AttributeNames::Role, std::make_shared<StringValue>(role));
+        if (!text.empty()) tag->SetAttribute(AttributeNames::Text, std::make_shared<StringValue>(text));
+        return tag;
+    }
+    void ReadRows(const Container& container) {
+        for (const AAObjectIdentifier& row : FindBelow(m_session, container.element, TagOf(L"row"), kMostRows))
+            if (const auto state = ReadState(m_session, row); state && (*state & STATE_SYSTEM_SELECTED)) m_rows.push_back(row);
+        m_items = ReadTexts(m_session, m_rows, L"rowName");
+        m_isRead = true;
+    }
+    bool IsInRow(const std::wstring& text) const {
+        return std::any_of(m_rows.begin(), m_rows.end(), [&](const AAObjectIdentifier& row) {
+            return !FindBelow(m_session, row, TagOf(L"cell", text), 1).empty();
+        });
+    }
+
+    Session& m_session;
+    bool m_isTable;
+    bool m_isRead = false;
+    std::vector<std::wstring> m_items;
+    std::vector<AAObjectIdentifier> m_rows;
+};
+
+void WriteVerified(JsonWriter& json, const SelectionNow* now, bool took) {
+    json.Key("verified");
+    if (now && now->IsRead()) json.Flag(took);
+    else json.Null();
+    if (now) WriteItems(json, now->Items());
+}
+
+ExitCode DoubtSelection(Output& output) {
+    output.err << "it can't be told whether it took: the selection can't be read\n";
+    return ExitCode::NotFound;
 }
 
 }  // namespace
@@ -137,26 +206,22 @@ ExitCode RunSelect(Session& session, const SelectCommand& command, Output& outpu
     const SelectionResult status = session.Call(request).status;
     const bool done = status == SelectionResult::Success;
 
-    const bool verifies = command.verify && done;
-    std::vector<std::wstring> selected, missing;
-    if (verifies) {
-        selected = session.Call(GetSelectedItemsRequest{{container.element}}).items;
-        missing = Missing(command.items, selected);
-    }
+    std::optional<SelectionNow> now;
+    if (command.verify && done) now.emplace(session, container);
+    const std::vector<std::wstring> missing = now ? now->Missing(command.items) : std::vector<std::wstring>();
     if (output.json) {
         JsonWriter json(output.out);
-        json.BeginObject().Key("status").Text(NameOf(status)).Key("verified");
-        if (verifies) json.Flag(missing.empty());
-        else json.Null();
-        if (verifies) WriteItems(json, selected);
+        json.BeginObject().Key("status").Text(NameOf(status));
+        WriteVerified(json, now ? &*now : nullptr, missing.empty());
         WriteView(json, container.view);
         json.EndObject().Finish();
     }
     if (!done) return Refuse(status, container, output);
     if (!output.json) {
         output.out << "selected " << ListText(command.items) << " in " << ViewText(container.view) << '\n';
-        if (verifies) output.out << "selected are now " << (selected.empty() ? "no items" : ListText(selected)) << '\n';
+        if (now && now->IsRead()) output.out << "selected are now " << (now->Items().empty() ? "no items" : ListText(now->Items())) << '\n';
     }
+    if (now && !now->IsRead()) return DoubtSelection(output);
     if (missing.empty()) return ExitCode::Done;
     output.err << "it didn't take: " << ListText(missing) << '\n';
     return ExitCode::NotFound;
@@ -167,16 +232,28 @@ ExitCode RunClearSelection(Session& session, const ClearSelectionCommand& comman
     const SelectionResult status = session.Call(ClearSelectedItemsRequest{{container.element}}).status;
     // The server calls it a success where there is always something selected.
     const bool keeps = container.view.role == L"combo box" || container.view.role == L"page tab list";
+    const bool cleared = status == SelectionResult::Success && !keeps;
+    std::optional<SelectionNow> now;
+    if (command.verify && cleared) now.emplace(session, container);
+    const bool isEmpty = !now || now->Items().empty();
     if (output.json) {
         JsonWriter json(output.out);
-        json.BeginObject().Key("status").Text(NameOf(status)).Key("cleared").Flag(status == SelectionResult::Success && !keeps);
+        json.BeginObject().Key("status").Text(NameOf(status)).Key("cleared").Flag(cleared);
+        if (command.verify) WriteVerified(json, now ? &*now : nullptr, isEmpty);
         WriteView(json, container.view);
         json.EndObject().Finish();
     }
     if (status != SelectionResult::Success) return Refuse(status, container, output);
-    if (output.json) return ExitCode::Done;
-    if (keeps) output.out << "nothing was done: a " << (container.view.role == L"combo box" ? "combo box" : "tab list") << " always has its selection\n";
-    else output.out << "cleared the selection of " << ViewText(container.view) << '\n';
+    if (!output.json) {
+        if (keeps) output.out << "nothing was done: a " << (container.view.role == L"combo box" ? "combo box" : "tab list") << " always has its selection\n";
+        else output.out << "cleared the selection of " << ViewText(container.view) << '\n';
+    }
+    if (now && !now->IsRead()) return DoubtSelection(output);
+    if (!isEmpty) {
+        output.err << "it didn't take: selected is still " << ListText(now->Items()) << '\n';
+        return ExitCode::NotFound;
+    }
+    if (now && !output.json) output.out << "nothing is selected now\n";
     return ExitCode::Done;
 }
 

@@ -161,6 +161,7 @@ struct SelectCommand {
 
 struct ClearSelectionCommand {
     TargetName target;
+    bool verify = false;  // look whether it took
 };
 
 struct UnloadCommand {};
