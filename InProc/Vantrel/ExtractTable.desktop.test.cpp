@@ -274,6 +274,15 @@ TEST(ExtractTable, SessionFlagsTellTheSamePageFromANewOne) {
     EXPECT_EQ(Flags(browser), 0x2u);
 }
 
+TEST(ExtractTable, AFailureAfterTheSessionWasRememberedHasNoFlags) {
+    Browser browser(Table(kTwoRows));
+    ExtractTableRequest request = browser.Request();
+    request.sessionId = L"one";
+    Simulated::AddXmlFault({.call = "get_xml", .result = E_FAIL});
+    ExpectFailure(browser, request, "Cannot get xml text");
+    EXPECT_EQ(Flags(browser), 0xBu);
+}
+
 TEST(ExtractTable, HeadersWithTextAreElementsOfTheSessionAndThoseWithoutAreNot) {
     Browser browser(Table(R"({"role": "row", "children": [{"id": "named", "role": "column header", "name": "A", "ia2": {"uniqueId": 1}},
         {"id": "empty", "role": "column header"}]})"));

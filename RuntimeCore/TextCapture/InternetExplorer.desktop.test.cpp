@@ -22,13 +22,13 @@ using Testing::FakeHtmlObject;
 using Testing::FakeObjects;
 using Testing::LogCapture;
 
-// A window with a page of text, a field, and a frame in its lower half.
+// A window with a page of text, a field, and a frame in its lower left corner.
 class InternetExplorerTest : public testing::Test {
 protected:
     InternetExplorerTest() {
         page.AddText(L"Name ", {0, 0, 40, 20});
         page.AddInput(L"text", L"Ada", {40, 0, 80, 20});
-        page.AddFrame(frame, L"IFRAME", {0, 300, 800, 600});
+        page.AddFrame(frame, L"IFRAME", {0, 300, 400, 600});
         frame.AddText(L"frame", {0, 0, 50, 20});
         page.body.values[L"innerText"] = CComVariant(L"Name\nframe");
         Serve("root", page.window);
@@ -56,11 +56,11 @@ protected:
         {"id": "ie", "class": "Internet Explorer_Server", "rectangle": [0,0,800,600], "objects": {
           "window": {"id": "window", "role": "window", "children": [{"clientObject": "ie"}]},
           "client": {"id": "root", "role": "pane", "rectangle": [0,0,800,600], "children": [
-            {"id": "pane", "role": "pane", "rectangle": [0,300,800,300]},
+            {"id": "pane", "role": "pane", "rectangle": [0,300,400,300]},
             {"id": "leaf", "role": "text", "simple": true, "rectangle": [0,0,80,20]}]}}}]}]})"};
     FakeObjects objects;
     FakeDocument page{objects, {0, 0, 800, 600}};
-    FakeDocument frame{objects, {0, 300, 800, 600}};
+    FakeDocument frame{objects, {0, 300, 400, 600}};
     CaptureContext context;
     CString text = L"before";
     LogCapture log;
@@ -91,6 +91,14 @@ TEST_F(InternetExplorer, AFilterOverTwoDocumentsReadsTheWindows) {
     const RECT filter{0, 0, 100, 340};
     EXPECT_EQ(Capture(&filter), S_OK);
     EXPECT_EQ(text, L"Name Ada\r\nframe");
+}
+
+TEST_F(InternetExplorer, AFilterThatBeginsInAFrameAndEndsOutsideReadsTheWindows) {
+    page.AddText(L"beside", {500, 300, 560, 320});
+    page.AddText(L"below", {0, 580, 60, 600});
+    const RECT filter{0, 300, 600, 340};
+    EXPECT_EQ(Capture(&filter), S_OK);
+    EXPECT_EQ(text, L"frame\r\nbeside");
 }
 
 TEST_F(InternetExplorer, AFilterThatNoDocumentLiesUnderFallsBackOnTheWindows) {

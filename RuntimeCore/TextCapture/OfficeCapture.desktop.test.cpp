@@ -72,7 +72,8 @@ std::string Sheet(const std::string& rows, const std::string& columns, const std
 }
 
 TEST(OfficeCapture, SpreadsheetBeginsWithALineEndAndGivesEachCellWithATextRowByRow) {
-    EXPECT_EQ(Text(CaptureTextAA_Excel, Sheet("2", "2", R"([[{"Text": "a"}, {"Text": "b"}], [{"Text": ""}, {"Text": "d"}]])")), L"\r\na\r\nb\r\nd");
+    const char* cells = R"([[{"Text": "a"}, {"Text": "b"}, {"Text": "c"}], [{"Text": "d"}, {"Text": ""}, {"Text": "f"}]])";
+    EXPECT_EQ(Text(CaptureTextAA_Excel, Sheet("2", "3", cells)), L"\r\na\r\nb\r\nc\r\nd\r\nf");
     EXPECT_EQ(result, S_OK);
 }
 
