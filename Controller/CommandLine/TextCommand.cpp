@@ -73,7 +73,7 @@ void WriteJson(const CaptureResponse& response, const TextCommand& command, std:
 }
 
 void Print(const CaptureResponse& response, const TextCommand& command, std::ostream& out) {
-    if (command.lines) {
+    if (command.lines && !response.lines.empty()) {
         for (const HighlightInfo& line : response.lines) out << RectangleText(line.rectangle) << "  " << QuotedText(line.text) << '\n';
         return;
     }
@@ -92,6 +92,8 @@ ExitCode RunText(Session& session, const TextCommand& command, Output& output) {
     if (!command.picture.empty()) DrawLines(session, response, command.picture);
     if (output.json) WriteJson(response, command, output.out);
     else Print(response, command, output.out);
+    if (response.lines.empty() && !response.text.empty() && (command.lines || !command.picture.empty()))
+        output.err << "the text of this window comes without places\n";
     if (response.success) return ExitCode::Done;
     output.err << "the server couldn't read the text" << (response.text.empty() ? "" : ", or not all of it") << '\n';
     return ExitCode::NotFound;

@@ -431,6 +431,15 @@ TEST(AccessibleElement, DefaultActionIsRecordedAndBringsItsEffectAbout) {
     EXPECT_THAT(desktop.Done(), testing::ElementsAre("accDoDefaultAction a", "accDoDefaultAction c"));
 }
 
+TEST(AccessibleElement, TheDefaultActionOfAnUnavailableElementComesToNothing) {
+    DesktopFixture desktop(Tree(R"({"id":"a","state":["unavailable"],"action":[{"change":"a","name":"done"}]})"));
+    EXPECT_EQ(desktop.Element("a")->accDoDefaultAction(Self), S_OK);
+    CComBSTR name;
+    desktop.Element("a")->get_accName(Self, &name);
+    EXPECT_EQ(name.ToString(), L"");
+    EXPECT_THAT(desktop.Done(), testing::ElementsAre("accDoDefaultAction a"));
+}
+
 TEST(AccessibleElement, ValueIsSetUnlessTheElementIsReadOnly) {
     DesktopFixture desktop(Tree(R"({"id":"a","value":"old"},{"id":"b","value":"old","state":["read only"]})"));
     EXPECT_EQ(desktop.Element("a")->put_accValue(Self, CComBSTR(L"new")), S_OK);
@@ -440,6 +449,15 @@ TEST(AccessibleElement, ValueIsSetUnlessTheElementIsReadOnly) {
     EXPECT_EQ(desktop.Element("b")->put_accValue(Self, CComBSTR(L"new")), E_ACCESSDENIED);
     EXPECT_EQ(desktop.Element("a")->put_accName(Self, CComBSTR(L"new")), DISP_E_MEMBERNOTFOUND);
     EXPECT_THAT(desktop.Done(), testing::ElementsAre("put_accValue a new"));
+}
+
+TEST(AccessibleElement, ANewValueIsWhatTheElementShows) {
+    DesktopFixture desktop(R"({"windows":[{"id":"edit","class":"Edit","title":"old","objects":{"client":{"id":"field","value":"old"}}},
+                                          {"class":"C","objects":{"client":{"children":[{"id":"line","value":"old","ia2":{"text":"old"}}]}}}]})");
+    EXPECT_EQ(desktop.Element("field")->put_accValue(Self, CComBSTR(L"new")), S_OK);
+    EXPECT_EQ(desktop.Get().WindowById("edit")->title, L"new");
+    EXPECT_EQ(desktop.Element("line")->put_accValue(Self, CComBSTR(L"new")), S_OK);
+    EXPECT_EQ(desktop.Get().ElementById("line")->Details().ia2->text, L"new");
 }
 
 TEST(AccessibleElement, AccessibleTwoAnswersRoleStatesIdAttributesAndScrolling) {

@@ -25,6 +25,12 @@ std::string Plain(std::wstring_view text) {
     return plain;
 }
 
+// A new value is also what the element shows: the text of an edit window, and the characters of an element with text.
+void ShowValue(Element& element) {
+    if (element.rootOf && element.rootOf->className == L"Edit") element.rootOf->title = *element.value;
+    if (element.details && element.details->ia2 && element.details->ia2->text) element.details->ia2->text = element.value;
+}
+
 }  // namespace
 
 HRESULT AccessibleElement::AnswerText(Call call, const VARIANT& child, BSTR* text, std::optional<std::wstring> (*read)(const Element&)) {
@@ -142,6 +148,8 @@ HRESULT AccessibleElement::accDoDefaultAction(VARIANT child) {
     const ElementDetails& details = scope.target->Details();
     if (!details.defaultAction && details.action.empty()) return DISP_E_MEMBERNOTFOUND;
     m_desktop->Record("accDoDefaultAction " + Label(*scope.target));
+    // As a control that is greyed out: the order is taken, and nothing comes of it.
+    if (scope.target->state & STATE_SYSTEM_UNAVAILABLE) return scope.Finish(S_OK);
     // A copy: the action may take its own element away.
     m_desktop->Do(std::vector<Action>(details.action), scope.target.get());
     return scope.Finish(S_OK);
@@ -157,6 +165,7 @@ HRESULT AccessibleElement::put_accValue(VARIANT child, BSTR value) {
     if (scope.early) return *scope.early;
     if (scope.target->state & (STATE_SYSTEM_READONLY | STATE_SYSTEM_UNAVAILABLE)) return E_ACCESSDENIED;
     scope.target->value = std::wstring(value ? value : L"", ::SysStringLen(value));
+    ShowValue(*scope.target);
     m_desktop->Record("put_accValue " + Label(*scope.target) + " " + Plain(*scope.target->value));
     return scope.Finish(S_OK);
 }
