@@ -175,6 +175,20 @@ TEST_P(Document, ExamplesPrintWhatIsWritten) {
 INSTANTIATE_TEST_SUITE_P(CommandLine, Document, ::testing::Values("command-line.md", "selectors.md"),
                          [](const auto& info) { return std::string(info.param).substr(0, 5) == "comma" ? "CommandLine" : "Selectors"; });
 
+// The tour of the front page: the lines that need no live window.
+TEST(CommandLine, TheTourOfTheFrontPageWorks) {
+    const std::string text = Testing::ReadSourceFile("README.md"), lead = "\n$ ./run.sh ctl --desktop ";
+    int lines = 0;
+    for (std::size_t at = 0; (at = text.find(lead, at)) != std::string::npos; ++lines) {
+        at += lead.size();
+        const std::string arguments = "--desktop " + text.substr(at, text.find('\n', at) - at);
+        const CommandAnswer answer = Ctl(arguments);
+        EXPECT_EQ(answer.code, 0) << arguments << '\n' << answer.err;
+        EXPECT_FALSE(answer.out.empty()) << arguments;
+    }
+    EXPECT_GE(lines, 5);
+}
+
 TEST(RecordJson, EveryRequestIsEncodedUnderItsNameAndItsNumber) {
     for (std::uint32_t number = 0; number < kRequestCount; ++number) {
         const RequestId id = static_cast<RequestId>(number);

@@ -34,7 +34,51 @@ def notepad_case():
             expect(head[:8] == b'\x89PNG\r\n\x1a\n' and all(side > 100 for side in struct.unpack('>II', head[16:24])), 'no picture')
 
 
+def controls_case(target):
+    """Every kind of control gives its text: boxes their items, a tree its levels, a list view its header line."""
+    colours = ['Red', 'Green', 'Blue', 'Amber', 'Aqua', 'Black', 'White', 'Grey', 'Pink', 'Brown', 'Olive', 'Teal']
+    # A column without width isn't shown, so it isn't read.
+    cities = ['City\tPeople', 'Oslo\t709,037', 'Bergen\t291,940', 'Vigo\t293,652']
+    expected = ['Name:', 'Name:', 'Colour:', *colours, 'Stripes:', *colours, 'Dots:', *colours, 'Size:', 'Small', 'Medium', 'Large',
+                'Gift wrap', 'Insured', 'By post', 'By hand', 'Places:', 'World', '\tEurope', '\t\tNorway', '\t\tSpain', '\tAsia',
+                'Cities:', *cities]
+    got = lines_of(target)
+    expect([line for line in got if line] == expected, f'the window\'s text is {got}')
+    shown = lines_of(target, '--no-offscreen', 'ctrl[role=list name="Stripes:"]')
+    expect(shown == ['Stripes:', *colours[:4]], f'without what is scrolled away the list shows {shown}')
+
+
+def regedit_case():
+    with foreign('regedit', 'registry editor') as target:
+        got = lines_of(target)
+        start = got.index('My Computer')
+        expect(got[start + 1:start + 4] == ['\tHKEY_CLASSES_ROOT', '\tHKEY_CURRENT_USER', '\tHKEY_LOCAL_MACHINE'], f'the tree is {got}')
+        expect('Name\tType\tData' in got, f'there is no header line in {got}')
+        expect(got[:5] == ['Registry', 'Edit', 'View', 'Favorites', 'Help'], f'the menu is {got[:5]}')
+        lines = target.json('text', '--lines', 'ctrl[role=outline]')['lines']
+        tops = [line['rectangle']['top'] for line in lines]
+        expect(len(tops) > 4 and tops == sorted(set(tops)), f'the lines of the tree lie at {tops}')
+
+
+def winecfg_case():
+    with foreign('winecfg', 'wine configuration') as target:
+        got = lines_of(target, '--no-hidden')
+        expect({'Applications', 'Graphics', 'OK', 'Cancel', 'Default Settings'} <= set(got), f'the text is {got}')
+
+
+def taskmgr_case():
+    with foreign('taskmgr', 'task manager') as target:
+        got = lines_of(target, '--no-hidden')
+        expect({'Task\tStatus', 'End Task', 'Processes'} <= set(got), f'the text is {got}')
+        expect(any(line.startswith('CPU Usage: ') for line in got), f'there is no status bar in {got}')
+
+
 if __name__ == '__main__':
     print('-- reading', flush=True)
+    with controls() as window:
+        check('text of all controls', controls_case, window)
     check('text of notepad', notepad_case)
+    check('text of regedit', regedit_case)
+    check('text of winecfg', winecfg_case)
+    check('text of taskmgr', taskmgr_case)
     finish()

@@ -38,16 +38,24 @@ done
 run_gtest live_loader_tests "$build/live/live_loader_tests.exe" 300
 run_gtest live_request_tests "$build/live/live_request_tests.exe" 300
 
-echo "-- command line"
-cases=$build/command_line.live.log
-timeout 600 python3 tests/live/command_line_cases.py "$build" "$WINE_LOADER" 8>&- 9>&- 2>&1 | tee "$cases" | grep -E 'FAILED|SKIPPED|^--'
-if ! grep -qE '^cases: ' "$cases"; then
-  tail -n 10 "$cases"
-  failed=$((failed + 1))
-else
-  read -r good bad left < <(sed -nE 's/^cases: ([0-9]+) passed, ([0-9]+) failed, ([0-9]+) skipped$/\1 \2 \3/p' "$cases")
+# One list of cases of the command line, with what it says itself.
+run_cases() {
+  local log=$build/$1.live.log good bad left
+  timeout "$2" python3 "tests/live/$1.py" "$build" "$WINE_LOADER" 8>&- 9>&- 2>&1 | tee "$log" | grep -E 'FAILED|SKIPPED|^--'
+  if ! grep -qE '^cases: ' "$log"; then
+    echo "$1 FAILED to finish; the end of $log:"
+    tail -n 10 "$log"
+    failed=$((failed + 1))
+    return
+  fi
+  read -r good bad left < <(sed -nE 's/^cases: ([0-9]+) passed, ([0-9]+) failed, ([0-9]+) skipped$/\1 \2 \3/p' "$log")
   passed=$((passed + good)) failed=$((failed + bad)) skipped=$((skipped + left))
-fi
+}
+
+run_cases command_line_cases 600
+run_cases reading_cases 300
+run_cases acting_cases 300
+run_cases tutorial_cases 300
 
 echo "live: $passed passed, $failed failed, $skipped skipped"
 [ "$failed" -eq 0 ]

@@ -4,7 +4,8 @@
 //   served_desktop FILE [SECONDS]
 //
 // Prints "ready" and the number of windows when all are open, then a line of handle and id for each; ends when the
-// first window is closed, or after SECONDS (600 unless given). tests/live/ServedCalls.h tells what it can be asked. Processes and threads of the file are not told apart: everything is served by one thread.
+// first window is closed, or after SECONDS (600 unless given). tests/live/ServedCalls.h tells what it can be asked. Processes and threads of
+// the file are not told apart: everything is served by one thread.
 #include <windows.h>
 
 #include <commctrl.h>
@@ -81,6 +82,13 @@ LRESULT CountOf(ATOM question) {
     return element && Simulated::CallFromName(call, known) ? static_cast<LRESULT>(element->calls.Of(known)) : -1;
 }
 
+// An element may have given its edit window another text.
+void ShowTitle(HWND hwnd, WNDPROC classProcedure) {
+    const WindowPtr window = g_desktop->WindowByHandle(hwnd);
+    if (window && window->className == L"Edit")
+        ::CallWindowProcW(classProcedure, hwnd, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(window->title.c_str()));
+}
+
 LRESULT CALLBACK Procedure(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
     static const UINT served = ::RegisterWindowMessageW(Zorvex::Testing::ServedCallsMessage);
     if (message == served) return CountOf(static_cast<ATOM>(wParam));
@@ -96,6 +104,7 @@ LRESULT CALLBACK Procedure(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam
         if (message == WM_DESTROY && !window->parent && window == g_desktop->Model().windows.front()) ::PostQuitMessage(0);
     }
     const auto known = g_classProcedures.find(hwnd);
+    if (known != g_classProcedures.end() && (message == WM_GETTEXT || message == WM_GETTEXTLENGTH)) ShowTitle(hwnd, known->second);
     return known != g_classProcedures.end() ? ::CallWindowProcW(known->second, hwnd, message, wParam, lParam)
                                             : ::DefWindowProcW(hwnd, message, wParam, lParam);
 }
@@ -105,9 +114,17 @@ bool IsSystemClass(const std::wstring& name) {
     return ::GetClassInfoW(nullptr, name.c_str(), &known) != FALSE;
 }
 
-void RegisterOwnClass(const std::wstring& name) {
+// A class of the served program; of a list box in all but its name where the window has a list box's items.
+void RegisterOwnClass(const std::wstring& name, bool listBox) {
     WNDCLASSW known{};
     if (::GetClassInfoW(::GetModuleHandleW(nullptr), name.c_str(), &known)) return;
+    if (listBox) {
+        ::GetClassInfoW(nullptr, L"ListBox", &known);
+        known.hInstance = ::GetModuleHandleW(nullptr);
+        known.lpszClassName = name.c_str();
+        ::RegisterClassW(&known);
+        return;
+    }
     WNDCLASSW windowClass{};
     windowClass.lpfnWndProc = &Procedure;
     windowClass.hInstance = ::GetModuleHandleW(nullptr);
@@ -135,14 +152,23 @@ void FillListView(HWND hwnd, const Simulated::ListViewData& data) {
         }
 }
 
+void FillListBox(HWND hwnd, const Simulated::ListBoxData& data) {
+    for (const std::wstring& item : data.items) ::SendMessageW(hwnd, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(item.c_str()));
+    for (const LONG index : data.selection) {
+        if (data.multiple) ::SendMessageW(hwnd, LB_SETSEL, TRUE, index);
+        else ::SendMessageW(hwnd, LB_SETCURSEL, static_cast<WPARAM>(index), 0);
+    }
+}
+
 void Open(const WindowPtr& window, HWND parent) {
     if (window->made) return;  // a list view makes its own header
     const bool system = IsSystemClass(window->className);
-    if (!system) RegisterOwnClass(window->className);
+    if (!system) RegisterOwnClass(window->className, window->listBox.has_value());
     // Frames would move the client area away from the described rectangle, so only a class's own style bits are kept.
     DWORD style = (window->style & 0xFFFF) | (parent ? WS_CHILD : WS_POPUP);
     if (window->visible) style |= WS_VISIBLE;
     if (!window->enabled) style |= WS_DISABLED;
+    if (window->listBox && window->listBox->multiple) style |= LBS_MULTIPLESEL;
     const Simulated::Rectangle origin = window->parent ? window->parent->rectangle : Simulated::Rectangle{};
     const HWND hwnd = ::CreateWindowExW(0, window->className.c_str(), window->title.c_str(), style,
                                         window->rectangle.left - origin.left, window->rectangle.top - origin.top,
@@ -154,13 +180,11 @@ void Open(const WindowPtr& window, HWND parent) {
     }
     g_desktop->SetHandle(window, hwnd);
     ::SetPropW(hwnd, L"VantrelServed", reinterpret_cast<HANDLE>(1));
-    if (system)
+    if (system || window->listBox)
         g_classProcedures[hwnd] =
             reinterpret_cast<WNDPROC>(::SetWindowLongPtrW(hwnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure)));
     if (window->listView) FillListView(hwnd, *window->listView);
-    if (window->listBox)
-        for (const std::wstring& item : window->listBox->items)
-            ::SendMessageW(hwnd, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(item.c_str()));
+    if (window->listBox) FillListBox(hwnd, *window->listBox);
     // The described order is topmost first. Where among its siblings a new child lies isn't the same on every system.
     for (const WindowPtr& child : window->children) {
         Open(child, hwnd);

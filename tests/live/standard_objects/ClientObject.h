@@ -34,6 +34,11 @@ protected:
         std::erase(text, L'&');
         return text;
     }
+    // Its own text, else that of the static control in front of it.
+    std::wstring OwnName() const {
+        std::wstring text = TitleOf(Window());
+        return text.empty() ? Label() : text;
+    }
 };
 
 // The client object for the common control of that class, or null.

@@ -29,7 +29,7 @@ public:
 protected:
     LONG ItemCount() override { return BoundedItems(Send(LVM_GETITEMCOUNT)); }
     std::wstring Name(LONG item) override {
-        if (item == CHILDID_SELF) return TitleOf(Window());
+        if (item == CHILDID_SELF) return OwnName();
         wchar_t text[kTextCapacity] = {};
         LVITEMW request{};
         request.pszText = text;
@@ -91,7 +91,7 @@ public:
 protected:
     LONG ItemCount() override { return static_cast<LONG>(Items().size()); }
     std::wstring Name(LONG item) override {
-        if (item == CHILDID_SELF) return TitleOf(Window());
+        if (item == CHILDID_SELF) return OwnName();
         wchar_t text[kTextCapacity] = {};
         TVITEMW request{};
         request.mask = TVIF_TEXT | TVIF_HANDLE;
@@ -189,7 +189,7 @@ public:
 protected:
     LONG ItemCount() override { return BoundedItems(Send(TCM_GETITEMCOUNT)); }
     std::wstring Name(LONG item) override {
-        if (item == CHILDID_SELF) return TitleOf(Window());
+        if (item == CHILDID_SELF) return OwnName();
         wchar_t text[kTextCapacity] = {};
         TCITEMW request{};
         request.mask = TCIF_TEXT;
@@ -230,7 +230,7 @@ public:
 protected:
     LONG ItemCount() override { return BoundedItems(Send(HDM_GETITEMCOUNT)); }
     std::wstring Name(LONG item) override {
-        if (item == CHILDID_SELF) return TitleOf(Window());
+        if (item == CHILDID_SELF) return OwnName();
         wchar_t text[kTextCapacity] = {};
         HDITEMW request{};
         request.mask = HDI_TEXT;
@@ -255,7 +255,7 @@ public:
 protected:
     LONG ItemCount() override { return BoundedItems(Send(SB_GETPARTS)); }
     std::wstring Name(LONG item) override {
-        if (item == CHILDID_SELF) return TitleOf(Window());
+        if (item == CHILDID_SELF) return OwnName();
         const int length = LOWORD(Send(SB_GETTEXTLENGTHW, static_cast<WPARAM>(item - 1)));
         std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
         Send(SB_GETTEXTW, static_cast<WPARAM>(item - 1), reinterpret_cast<LPARAM>(text.data()));
