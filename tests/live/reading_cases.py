@@ -8,7 +8,7 @@ import os
 import struct
 import tempfile
 
-from live_cases import check, controls, expect, finish, foreign, windows_path
+from live_cases import check, controls, expect, finish, foreign, root, served, windows_path
 
 
 def lines_of(target, *arguments):
@@ -73,11 +73,20 @@ def taskmgr_case():
         expect(any(line.startswith('CPU Usage: ') for line in got), f'there is no status bar in {got}')
 
 
+def document_case():
+    """A window of Internet Explorer is read through its document, in which fields show what they hold."""
+    with served(os.path.join(root, 'tests', 'live', 'desktops', 'document.json')) as target:
+        got = lines_of(target)
+        expect(got == ['Name Ada Town'], f'the page reads {got}')
+        expect(lines_of(target) == got, 'a second reading differs: something was left in the page')
+
+
 if __name__ == '__main__':
     print('-- reading', flush=True)
     with controls() as window:
         check('text of all controls', controls_case, window)
     check('text of notepad', notepad_case)
+    check('text of a document of Internet Explorer', document_case)
     check('text of regedit', regedit_case)
     check('text of winecfg', winecfg_case)
     check('text of taskmgr', taskmgr_case)

@@ -14,12 +14,14 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <memory>
 #include <string>
 
 #include "Common/include/CComPtr.h"
 #include "Platform/Simulated/AccessibleElement.h"
 #include "Platform/Simulated/DesktopFile.h"
 #include "Platform/Windows.h"
+#include "tests/Support/FakeDocument.h"
 #include "tests/live/ServedCalls.h"
 
 namespace {
@@ -192,6 +194,33 @@ void Open(const WindowPtr& window, HWND parent) {
     }
 }
 
+// The document behind a window of Internet Explorer: what the elements of its client show, as words and fields in a row.
+struct ServedDocument {
+    explicit ServedDocument(const Simulated::Rectangle& place) : page(objects, place.ToRect()) {}
+
+    Zorvex::Testing::FakeObjects objects;
+    Zorvex::Testing::FakeDocument page;
+};
+std::vector<std::unique_ptr<ServedDocument>> g_documents;
+
+void ServeDocument(Simulated::Window& window) {
+    const Simulated::ElementPtr client = g_desktop->RootOf(window, OBJID_CLIENT);
+    if (!client || !client->rectangle) return;
+    auto& served = *g_documents.emplace_back(std::make_unique<ServedDocument>(window.rectangle));
+    std::wstring whole;
+    for (const Simulated::ElementPtr& child : client->children) {
+        const Simulated::Rectangle from = child->rectangle.value_or(window.rectangle);
+        const LONG left = from.left - window.rectangle.left, top = from.top - window.rectangle.top;
+        const RECT place{left, top, left + from.width, top + from.height};
+        const std::wstring shown = child->value.value_or(child->name.value_or(L""));
+        if (child->role == ROLE_SYSTEM_TEXT) served.page.AddInput(L"text", shown.c_str(), place);
+        else served.page.AddText(shown, place);
+        if (child->role != ROLE_SYSTEM_TEXT) whole += shown;
+    }
+    served.page.body.values[L"innerText"] = CComVariant(std::wstring_view(whole));
+    client->EditDetails().services = served.page.window.Dispatch();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -214,6 +243,8 @@ int main(int argc, char** argv) {
     // A new top-level window comes out on top.
     for (auto window = windows.rbegin(); window != windows.rend(); ++window) Open(*window, nullptr);
     auto all = g_desktop->AllWindows();
+    for (const WindowPtr& window : all)
+        if (window->className == L"Internet Explorer_Server") ServeDocument(*window);
     std::erase_if(all, [](const WindowPtr& window) { return window->made; });
     std::printf("ready %zu\n", all.size());
     for (const WindowPtr& window : all)
