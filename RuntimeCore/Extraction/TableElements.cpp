@@ -18,8 +18,8 @@ AAElement GetTableFromElement(const AAElement& element) {
     AAElement current = element;
     for (int level = 0; current.IsValid() && level < HighestLevel; ++level) {
         if (GetAccRole(current.spAcc, current.child) == ROLE_SYSTEM_TABLE) return current;
-        // A simple element stands below its container, so the container is asked next.
-        if (current.child.lVal == CHILDID_SELF) current.spAcc = GetAccParent(current.spAcc, current.child);
+        // A simple element stands below its container, which is asked next.
+        current.spAcc = GetAccParent(current.spAcc, current.child);
         current.child = CComVariant(CHILDID_SELF);
     }
     if (current.IsValid()) LogError("GetTableFromElement: no table in %d levels", HighestLevel);
