@@ -11,9 +11,8 @@
 #include "Common/include/CComBSTR.h"
 #include "InProc/Vantrel/AAContainerCache.h"
 #include "InProc/Vantrel/AncestryRequest.h"
-#include "Platform/Simulated/Desktop.h"
-#include "Platform/Simulated/InstalledDesktop.h"
 #include "RuntimeCore/Requests/RequestFlags.h"
+#include "bench/BenchWindow.h"
 
 namespace {
 
@@ -27,26 +26,7 @@ constexpr int kLevels = 12;
 class DeepDesktop {
 public:
     DeepDesktop() {
-        auto window = std::make_shared<Simulated::Window>();
-        window->id = "main";
-        window->className = L"Dialog";
-        auto root = std::make_shared<Simulated::Element>();
-        root->role = ROLE_SYSTEM_WINDOW;
-        std::shared_ptr<Simulated::Element> level = root;
-        for (int i = 0; i < kLevels; ++i) {
-            for (int item = 0; item < 840; ++item) Add(*level, ROLE_SYSTEM_LISTITEM, L"Item number " + std::to_wstring(item));
-            level = Add(*level, ROLE_SYSTEM_PANE, i % 3 == 0 ? L"Pane " + std::to_wstring(i) : std::wstring());
-        }
-        const auto leaf = Add(*level, ROLE_SYSTEM_PUSHBUTTON, L"Save");
-        leaf->id = "leaf";
-        window->objects[OBJID_WINDOW] = root;
-        Simulated::DesktopModel model;
-        model.windows.push_back(window);
-        m_desktop = Simulated::Desktop::Build(std::move(model));
-        m_installed = std::make_unique<Simulated::InstalledDesktop>(m_desktop);
-        m_window = m_desktop->WindowById("main")->hwnd;
-        ::AccessibleObjectFromWindow(m_window, static_cast<DWORD>(OBJID_WINDOW), IidOf<IAccessible>(), reinterpret_cast<void**>(&m_root));
-        AAObjectWrapper::WalkDescendantsBfs(m_root, [&](const AAObjectWrapper& element) {
+        AAObjectWrapper::WalkDescendantsBfs(Root(), [&](const AAObjectWrapper& element) {
             ++m_elements;
             m_leaf = element;
             return AATreeVisitResult::Continue;
@@ -58,24 +38,24 @@ public:
         static DeepDesktop desktop;
         return desktop;
     }
-    IAccessible* Root() const { return m_root.p; }
-    AAElement Leaf() const { return {m_window, m_leaf.container, m_leaf.childId}; }
+    IAccessible* Root() const { return m_bench.Root(); }
+    AAElement Leaf() const { return {m_bench.Window(), m_leaf.container, m_leaf.childId}; }
     std::size_t Elements() const { return m_elements; }
-    unsigned Calls() const { return m_desktop->TotalCalls(); }
+    unsigned Calls() const { return m_bench.Calls(); }
 
 private:
-    std::shared_ptr<Simulated::Element> Add(Simulated::Element& parent, LONG role, std::wstring name) {
-        auto element = std::make_shared<Simulated::Element>();
-        element->role = role;
-        element->name = std::move(name);
-        parent.Add(element);
-        return element;
+    static Simulated::ElementPtr Tree() {
+        auto root = Bench::NewElement(ROLE_SYSTEM_WINDOW);
+        Simulated::ElementPtr level = root;
+        for (int i = 0; i < kLevels; ++i) {
+            for (int item = 0; item < 840; ++item) Bench::AddElement(*level, ROLE_SYSTEM_LISTITEM, L"Item number " + std::to_wstring(item));
+            level = Bench::AddElement(*level, ROLE_SYSTEM_PANE, i % 3 == 0 ? L"Pane " + std::to_wstring(i) : std::wstring());
+        }
+        Bench::AddElement(*level, ROLE_SYSTEM_PUSHBUTTON, L"Save");
+        return root;
     }
 
-    std::shared_ptr<Simulated::Desktop> m_desktop;
-    std::unique_ptr<Simulated::InstalledDesktop> m_installed;
-    HWND m_window = nullptr;
-    CComPtr<IAccessible> m_root;
+    Bench::BenchWindow m_bench{L"Dialog", {{OBJID_WINDOW, Tree()}}};
     AAObjectWrapper m_leaf;
     std::size_t m_elements = 0;
 };
@@ -89,17 +69,7 @@ void BareWalkOfTheDeepTree(benchmark::State& state) {
     const DeepDesktop& desktop = DeepDesktop::Instance();
     const unsigned before = desktop.Calls();
     for (auto _ : state) {
-        std::size_t elements = 0;
-        AAObjectWrapper::WalkDescendantsBfs(desktop.Root(), [&](const AAObjectWrapper& element) {
-            CComVariant role;
-            CComBSTR name;
-            element.container->get_accRole(element.childId, &role);
-            element.container->get_accName(element.childId, &name);
-            benchmark::DoNotOptimize(name.m_str);
-            ++elements;
-            return AATreeVisitResult::Continue;
-        });
-        if (elements != desktop.Elements()) state.SkipWithError("the tree is another");
+        if (Bench::BareWalk(desktop.Root()) != desktop.Elements()) state.SkipWithError("the tree is another");
     }
     Report(state, before);
 }

@@ -11,10 +11,9 @@
 
 #include "Common/UTILITY/AAObjectWrapper.h"
 #include "Common/include/CComBSTR.h"
-#include "Platform/Simulated/Desktop.h"
-#include "Platform/Simulated/InstalledDesktop.h"
 #include "RuntimeCore/Requests/RequestFlags.h"
 #include "RuntimeCore/TextCapture/WindowCapture.h"
+#include "bench/BenchWindow.h"
 
 namespace {
 
@@ -30,25 +29,7 @@ constexpr RECT kEverything{1, 1, 5'000, 5'000};
 class TextDesktop {
 public:
     TextDesktop() {
-        auto window = std::make_shared<Simulated::Window>();
-        window->id = "main";
-        window->className = L"Chrome_WidgetWin_1";
-        auto root = std::make_shared<Simulated::Element>();
-        root->role = ROLE_SYSTEM_WINDOW;
-        root->rectangle = {1, 1, 4'000, 4'000};
-        root->EditDetails().ia2.emplace();
-        for (int group = 0; group < kGroups; ++group) AddGroup(*root, group);
-        // One tree behind both objects: captures by roles begin at the window, those of pages at the client area.
-        window->objects[OBJID_WINDOW] = root;
-        window->objects[OBJID_CLIENT] = root->CopyTree();
-        Simulated::DesktopModel model;
-        model.windows.push_back(window);
-        m_desktop = Simulated::Desktop::Build(std::move(model));
-        m_installed = std::make_unique<Simulated::InstalledDesktop>(m_desktop);
-        m_window = m_desktop->WindowById("main")->hwnd;
-        ::AccessibleObjectFromWindow(m_window, static_cast<DWORD>(OBJID_WINDOW), IidOf<IAccessible>(),
-                                     reinterpret_cast<void**>(&m_root));
-        if (!m_root || Walk() != kElements) std::abort();
+        if (Walk() != kElements) std::abort();
     }
 
     static TextDesktop& Instance() {
@@ -56,11 +37,11 @@ public:
         return desktop;
     }
 
-    unsigned Calls() const { return m_desktop->TotalCalls(); }
+    unsigned Calls() const { return m_bench.Calls(); }
 
     std::size_t Walk() const {
         std::size_t elements = 0;
-        AAObjectWrapper::WalkDescendantsBfs(m_root, [&](const AAObjectWrapper& element) {
+        AAObjectWrapper::WalkDescendantsBfs(m_bench.Root(), [&](const AAObjectWrapper& element) {
             CComVariant role;
             CComBSTR name;
             LONG left = 0, top = 0, width = 0, height = 0;
@@ -79,7 +60,7 @@ public:
     std::size_t Capture(enAAType type, DWORD flags) const {
         std::vector<HighlightInfo> lines;
         CString text;
-        if (!DoCaptureAA(m_window, type, kEverything, flags, lines, text)) std::abort();
+        if (!DoCaptureAA(m_bench.Window(), type, kEverything, flags, lines, text)) std::abort();
         benchmark::DoNotOptimize(lines.data());
         return text.size();
     }
@@ -96,21 +77,23 @@ private:
                 {1 + item * 40, 1 + group * 40, 40, 20});
     }
 
-    static std::shared_ptr<Simulated::Element> Add(Simulated::Element& parent, LONG role, const std::wstring& name,
-                                                   const Simulated::Rectangle& place) {
-        auto element = std::make_shared<Simulated::Element>();
-        element->role = role;
-        element->name = name;
+    static Simulated::ElementPtr Add(Simulated::Element& parent, LONG role, const std::wstring& name, const Simulated::Rectangle& place) {
+        auto element = Bench::AddElement(parent, role, name);
         element->rectangle = place;
         element->EditDetails().ia2.emplace().text = name;
-        parent.Add(element);
         return element;
     }
 
-    std::shared_ptr<Simulated::Desktop> m_desktop;
-    std::unique_ptr<Simulated::InstalledDesktop> m_installed;
-    HWND m_window = nullptr;
-    CComPtr<IAccessible> m_root;
+    static Simulated::ElementPtr Tree() {
+        auto root = Bench::NewElement(ROLE_SYSTEM_WINDOW);
+        root->rectangle = {1, 1, 4'000, 4'000};
+        root->EditDetails().ia2.emplace();
+        for (int group = 0; group < kGroups; ++group) AddGroup(*root, group);
+        return root;
+    }
+
+    // The same tree behind both objects: captures by roles begin at the window, those of pages at the client area.
+    Bench::BenchWindow m_bench{L"Chrome_WidgetWin_1", {{OBJID_WINDOW, Tree()}, {OBJID_CLIENT, Tree()}}};
 };
 
 double CpuSeconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }

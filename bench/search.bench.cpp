@@ -11,11 +11,10 @@
 
 #include "Common/UTILITY/AAObjectWrapper.h"
 #include "Common/include/CComBSTR.h"
-#include "Platform/Simulated/Desktop.h"
-#include "Platform/Simulated/InstalledDesktop.h"
 #include "RuntimeCore/Selectors/Search/AaSearch.h"
 #include "RuntimeCore/Selectors/Values/SelectorTags.h"
 #include "RuntimeCore/Selectors/Values/StringValue.h"
+#include "bench/BenchWindow.h"
 
 namespace {
 
@@ -26,12 +25,21 @@ using Search::SelectorEntry;
 // 10 pages of 10 groups of 10 lists of 99 items: 100,110 elements.
 class BigDesktop {
 public:
-    BigDesktop() {
-        auto window = std::make_shared<Simulated::Window>();
-        window->id = "main";
-        window->className = L"Dialog";
-        auto client = std::make_shared<Simulated::Element>();
-        client->role = ROLE_SYSTEM_CLIENT;
+    static BigDesktop& Instance() {
+        static BigDesktop desktop;
+        return desktop;
+    }
+
+    IAccessible* Client() const { return m_bench.Root(); }
+    AaSearchResult Root() const { return AaSearchResult(CComPtr<IAccessible>(m_bench.Root()), CComVariant(CHILDID_SELF), m_bench.Window()); }
+    unsigned Calls() const { return m_bench.Calls(); }
+
+private:
+    static Simulated::ElementPtr Add(Simulated::Element& parent, LONG role, const wchar_t* name, int number) {
+        return Bench::AddElement(parent, role, name + std::to_wstring(number));
+    }
+    static Simulated::ElementPtr Tree() {
+        auto client = Bench::NewElement(ROLE_SYSTEM_CLIENT);
         for (int page = 0; page < 10; ++page) {
             const auto pageElement = Add(*client, ROLE_SYSTEM_PROPERTYPAGE, L"Page ", page);
             for (int group = 0; group < 10; ++group) {
@@ -42,53 +50,11 @@ public:
                 }
             }
         }
-        window->objects[OBJID_CLIENT] = client;
-        Simulated::DesktopModel model;
-        model.windows.push_back(window);
-        m_desktop = Simulated::Desktop::Build(std::move(model));
-        m_installed = std::make_unique<Simulated::InstalledDesktop>(m_desktop);
-        m_window = m_desktop->WindowById("main")->hwnd;
-        ::AccessibleObjectFromWindow(m_window, static_cast<DWORD>(OBJID_CLIENT), IidOf<IAccessible>(), reinterpret_cast<void**>(&m_client));
-        if (!m_client) std::abort();
+        return client;
     }
 
-    static BigDesktop& Instance() {
-        static BigDesktop desktop;
-        return desktop;
-    }
-
-    IAccessible* Client() const { return m_client.p; }
-    AaSearchResult Root() const { return AaSearchResult(m_client, CComVariant(CHILDID_SELF), m_window); }
-    unsigned Calls() const { return m_desktop->TotalCalls(); }
-
-private:
-    std::shared_ptr<Simulated::Element> Add(Simulated::Element& parent, LONG role, const wchar_t* name, int number) {
-        auto element = std::make_shared<Simulated::Element>();
-        element->role = role;
-        element->name = name + std::to_wstring(number);
-        parent.Add(element);
-        return element;
-    }
-
-    std::shared_ptr<Simulated::Desktop> m_desktop;
-    std::unique_ptr<Simulated::InstalledDesktop> m_installed;
-    HWND m_window = nullptr;
-    CComPtr<IAccessible> m_client;
+    Bench::BenchWindow m_bench{L"Dialog", {{OBJID_CLIENT, Tree()}}};
 };
-
-std::size_t WalkAndRead(IAccessible* root) {
-    std::size_t elements = 0;
-    AAObjectWrapper::WalkDescendantsBfs(root, [&](const AAObjectWrapper& element) {
-        CComVariant role;
-        CComBSTR name;
-        element.container->get_accRole(element.childId, &role);
-        element.container->get_accName(element.childId, &name);
-        benchmark::DoNotOptimize(name.m_str);
-        ++elements;
-        return AATreeVisitResult::Continue;
-    });
-    return elements;
-}
 
 std::shared_ptr<ISelectorTag> Tag(const wchar_t* role, const wchar_t* name, std::uint32_t matchingType = MatchingTypeNormal, double level = 1.0) {
     auto tag = std::make_shared<AaTag>();
@@ -124,7 +90,7 @@ void BareWalk(benchmark::State& state) {
     const BigDesktop& desktop = BigDesktop::Instance();
     const unsigned before = desktop.Calls();
     for (auto _ : state)
-        if (WalkAndRead(desktop.Client()) != 100'110) state.SkipWithError("the tree is another");
+        if (Bench::BareWalk(desktop.Client()) != 100'110) state.SkipWithError("the tree is another");
     Report(state, before);
 }
 BENCHMARK(BareWalk)->Unit(benchmark::kMillisecond);

@@ -11,8 +11,7 @@
 #include "Common/include/CComBSTR.h"
 #include "InProc/Vantrel/AAContainerCache.h"
 #include "InProc/Vantrel/ExtractTable.h"
-#include "Platform/Simulated/Desktop.h"
-#include "Platform/Simulated/InstalledDesktop.h"
+#include "bench/BenchWindow.h"
 
 namespace {
 
@@ -24,64 +23,34 @@ constexpr std::uint32_t kClient = 4711;
 // A browser's page with a table: a row of headers, then rows of cells, each with a text of its own below it.
 class TableDesktop {
 public:
-    explicit TableDesktop(int rows) {
-        auto window = std::make_shared<Simulated::Window>();
-        window->id = "main";
-        window->className = L"MozillaWindowClass";
-        auto table = std::make_shared<Simulated::Element>();
-        table->role = ROLE_SYSTEM_TABLE;
-        for (int row = 0; row <= rows; ++row) {
-            const auto rowElement = Add(*table, ROLE_SYSTEM_ROW, L"");
-            for (int column = 0; column < kColumns; ++column) {
-                const std::wstring text = L"Text " + std::to_wstring(row) + L", " + std::to_wstring(column);
-                const auto cell = Add(*rowElement, row == 0 ? ROLE_SYSTEM_COLUMNHEADER : ROLE_SYSTEM_CELL, text);
-                Add(*cell, ROLE_SYSTEM_STATICTEXT, text);
-            }
-        }
-        window->objects[OBJID_CLIENT] = table;
-        Simulated::DesktopModel model;
-        model.windows.push_back(window);
-        m_desktop = Simulated::Desktop::Build(std::move(model));
-        m_installed = std::make_unique<Simulated::InstalledDesktop>(m_desktop);
-        const HWND hWnd = m_desktop->WindowById("main")->hwnd;
-        ::AccessibleObjectFromWindow(hWnd, static_cast<DWORD>(OBJID_CLIENT), IidOf<IAccessible>(), reinterpret_cast<void**>(&m_table));
-        m_request.element = AAContainerCache::Instance().RegisterObject({kClient, hWnd}, AAElement{hWnd, m_table, CComVariant(CHILDID_SELF)});
+    explicit TableDesktop(int rows) : m_bench(L"MozillaWindowClass", {{OBJID_CLIENT, Tree(rows)}}) {
+        m_request.element = AAContainerCache::Instance().RegisterObject(
+            {kClient, m_bench.Window()}, AAElement{m_bench.Window(), CComPtr<IAccessible>(Table()), CComVariant(CHILDID_SELF)});
         m_request.maxRows = rows;
     }
     ~TableDesktop() { AAContainerCache::Instance().UnregisterAllContainersByClientPid(kClient); }
 
-    IAccessible* Table() const { return m_table; }
+    IAccessible* Table() const { return m_bench.Root(); }
     const ExtractTableRequest& Request() const { return m_request; }
-    unsigned Calls() const { return m_desktop->TotalCalls(); }
+    unsigned Calls() const { return m_bench.Calls(); }
 
 private:
-    static std::shared_ptr<Simulated::Element> Add(Simulated::Element& parent, LONG role, const std::wstring& name) {
-        auto element = std::make_shared<Simulated::Element>();
-        element->role = role;
-        element->name = name;
-        parent.Add(element);
-        return element;
+    static Simulated::ElementPtr Tree(int rows) {
+        auto table = Bench::NewElement(ROLE_SYSTEM_TABLE);
+        for (int row = 0; row <= rows; ++row) {
+            const auto rowElement = Bench::AddElement(*table, ROLE_SYSTEM_ROW, L"");
+            for (int column = 0; column < kColumns; ++column) {
+                const std::wstring text = L"Text " + std::to_wstring(row) + L", " + std::to_wstring(column);
+                const auto cell = Bench::AddElement(*rowElement, row == 0 ? ROLE_SYSTEM_COLUMNHEADER : ROLE_SYSTEM_CELL, text);
+                Bench::AddElement(*cell, ROLE_SYSTEM_STATICTEXT, text);
+            }
+        }
+        return table;
     }
 
-    std::shared_ptr<Simulated::Desktop> m_desktop;
-    std::unique_ptr<Simulated::InstalledDesktop> m_installed;
-    CComPtr<IAccessible> m_table;
+    Bench::BenchWindow m_bench;
     ExtractTableRequest m_request;
 };
-
-std::size_t WalkTable(IAccessible* root) {
-    std::size_t elements = 0;
-    AAObjectWrapper::WalkDescendantsBfs(root, [&](const AAObjectWrapper& element) {
-        CComVariant role;
-        CComBSTR name;
-        element.container->get_accRole(element.childId, &role);
-        element.container->get_accName(element.childId, &name);
-        benchmark::DoNotOptimize(name.m_str);
-        ++elements;
-        return AATreeVisitResult::Continue;
-    });
-    return elements;
-}
 
 std::size_t ExtractWhole(const TableDesktop& desktop) {
     const ExtractTableResponse response = ExtractTableImpl(desktop.Request());
@@ -92,7 +61,7 @@ std::size_t ExtractWhole(const TableDesktop& desktop) {
 void TableBareWalk(benchmark::State& state) {
     const TableDesktop desktop(static_cast<int>(state.range(0)));
     const unsigned before = desktop.Calls();
-    for (auto _ : state) benchmark::DoNotOptimize(WalkTable(desktop.Table()));
+    for (auto _ : state) benchmark::DoNotOptimize(Bench::BareWalk(desktop.Table()));
     state.counters["calls"] = static_cast<double>(desktop.Calls() - before) / static_cast<double>(state.iterations());
 }
 BENCHMARK(TableBareWalk)->Arg(1'000)->Unit(benchmark::kMillisecond);
@@ -116,7 +85,7 @@ void TableAgainstTheBareWalk(benchmark::State& state) {
     double walk = 0, table = 0;
     for (auto _ : state) {
         const double start = CpuSeconds();
-        benchmark::DoNotOptimize(WalkTable(desktop.Table()));
+        benchmark::DoNotOptimize(Bench::BareWalk(desktop.Table()));
         const double middle = CpuSeconds();
         benchmark::DoNotOptimize(ExtractWhole(desktop));
         walk += middle - start;
