@@ -19,17 +19,26 @@ bool IsPlaced(IDispatch* marker) {
     return parent.vt == VT_DISPATCH && parent.pdispVal;
 }
 
-void Remove(IDispatch* marker) {
-    CComVariant ignored;
-    constexpr int Attempts = 3;
-    for (int attempt = 0; attempt < Attempts; ++attempt) {
+// Whether the marker is out of its document. What the document throws is caught: markers also go while an exception
+// is on its way.
+bool TryToRemove(IDispatch* marker) noexcept {
+    try {
+        CComVariant ignored;
         Call(marker, L"removeNode", {CComVariant(true)}, ignored);
-        if (!IsPlaced(marker)) return;
+        if (!IsPlaced(marker)) return true;
         // Newer documents have the standard's way alone.
         CComPtr<IDispatch> parent;
         if (SUCCEEDED(GetDispatch(marker, L"parentNode", parent))) Call(parent, L"removeChild", {CComVariant(marker)}, ignored);
-        if (!IsPlaced(marker)) return;
+        return !IsPlaced(marker);
+    } catch (...) {
+        return false;
     }
+}
+
+void Remove(IDispatch* marker) {
+    constexpr int Attempts = 3;
+    for (int attempt = 0; attempt < Attempts; ++attempt)
+        if (TryToRemove(marker)) return;
     LogError("HtmlMarkers: a marker can't be removed from its document");
 }
 
