@@ -1,4 +1,5 @@
 // The table around an element: as XML, as the server gives it, or for other programs.
+#include <cstddef>
 #include <cstdint>
 #include <ostream>
 #include <string>
@@ -27,6 +28,12 @@ constexpr FlagName kFlagNames[] = {
     {PreviousValidSessionDataFound, "PreviousValidSessionDataFound", "there was an earlier extraction to compare with"},
     {PreviousInvalidSessionDataFound, "PreviousInvalidSessionDataFound", "there was an earlier extraction in which a cell had no unique id"},
 };
+
+// All records of comma-separated values have as many fields as the longest, so a table of one long row and many short
+// ones is little for the server and much for us.
+constexpr std::size_t kMostFields = std::size_t(1) << 25;
+
+bool HasTooManyFields(const Table& table) { return table.ColumnNames().size() > kMostFields / (table.rows.size() + 1); }
 
 void ShowFlags(std::uint32_t flags, std::ostream& out) {
     if (flags == 0) out << "session: not kept; only windows of Chromium and Firefox have sessions\n";
@@ -76,6 +83,8 @@ ExitCode RunTable(Session& session, const TableCommand& command, Output& output)
     if (command.csv || output.json) {
         const auto table = ReadTableXml(response.xml);
         if (!table) throw CommandFailure(ExitCode::TargetProblem, "the server's answer is no table");
+        if (!output.json && HasTooManyFields(*table))
+            throw CommandFailure(ExitCode::TargetProblem, "the table would have too many empty fields; it can be read without --csv");
         if (output.json) WriteJson(*table, response, !command.session.empty(), output.out);
         else output.out << WriteTableCsv(*table);
     } else {
