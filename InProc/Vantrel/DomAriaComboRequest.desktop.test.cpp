@@ -74,6 +74,12 @@ TEST_F(DomAriaComboRequest, WaitsWhileThePageOpensTheBoxFromItsOwnMessages) {
     EXPECT_EQ(Simulated::MillisecondsSlept() - before, 1'000u);
 }
 
+TEST_F(DomAriaComboRequest, TakesABoxThatSaysOpenWithAnotherSuccess) {
+    desktop.AddFault("closed", {.call = "get_accDefaultAction", .result = S_FALSE, .text = L"open"});
+    EXPECT_EQ(Expand(Of("closed")), S_OK);
+    EXPECT_THAT(desktop.Done(), testing::ElementsAre("accDoDefaultAction closed"));
+}
+
 TEST_F(DomAriaComboRequest, GivesTheFailureOfTheBox) {
     desktop.AddFault("slow", {.call = "accDoDefaultAction", .result = E_ACCESSDENIED});
     EXPECT_EQ(Expand(Of("slow")), E_ACCESSDENIED);

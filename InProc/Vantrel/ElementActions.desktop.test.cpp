@@ -154,6 +154,7 @@ TEST_F(ElementActions, TextIsWrittenAsItIs) {
     CComBSTR value;
     EXPECT_EQ(desktop.Element("edit")->get_accValue(CComVariant(CHILDID_SELF), &value), S_OK);
     EXPECT_EQ(value.ToString(), L"two\r\nlines");
+    EXPECT_TRUE(log.Contains("V [WriteTextImpl] calling LookupIdentifier")) << log.Text();
     EXPECT_TRUE(Write(Of("edit"), L""));
     EXPECT_EQ(desktop.Element("edit")->get_accValue(CComVariant(CHILDID_SELF), &value), S_OK);
     EXPECT_TRUE(value.IsEmpty());

@@ -53,6 +53,12 @@ constexpr char kDesktop[] = R"({"windows": [
       {"id": "picked", "role": "list", "children": [
         {"id": "picked1", "role": "row", "name": "n1", "value": "v1"},
         {"id": "picked2", "role": "row", "name": "n2", "value": "v2", "simple": true}]}]},
+    {"id": "lone", "role": "outline", "children": [
+      {"id": "fir", "role": "outline item", "name": "fir", "state": ["selectable", "selected"]}]},
+    {"id": "twins", "role": "list", "state": ["multiselectable"], "selection": [], "children": [
+      {"id": "twin1", "role": "list item", "name": "twin"}, {"id": "twin2", "role": "list item", "name": "twin"}]},
+    {"id": "simpleTabs", "role": "page tab list", "children": [
+      {"id": "simpleTab", "role": "page tab", "name": "Simple", "simple": true, "defaultAction": "Switch"}]},
     {"id": "branches", "role": "outline", "children": [
       {"id": "oak", "role": "outline item", "name": "oak", "state": ["selectable", "selected", "multiselectable"]},
       {"id": "elm", "role": "outline item", "name": "elm", "state": ["selectable", "multiselectable"]},
@@ -62,7 +68,7 @@ constexpr char kDesktop[] = R"({"windows": [
     {"id": "webList", "role": "list", "children": [
       {"id": "web1", "role": "list item", "name": "w1", "state": ["selectable"], "defaultAction": "click"},
       {"id": "web2", "role": "list item", "name": "w2", "state": ["selectable", "selected"], "defaultAction": "click"}]},
-    {"id": "simpleList", "role": "list", "state": ["multiselectable"], "children": [
+    {"id": "simpleList", "role": "list", "state": ["multiselectable"], "defaultAction": "click", "children": [
       {"id": "simple1", "role": "list item", "name": "s1", "simple": true, "state": ["selectable", "selected"]}]},
     {"id": "webCombo", "role": "combo box", "value": "x", "state": ["collapsed"], "defaultAction": "open",
      "action": [{"change": "webCombo", "toggle": ["expanded", "collapsed"]},
@@ -73,6 +79,8 @@ constexpr char kDesktop[] = R"({"windows": [
   {"id": "news", "class": "MozillaWindowClass", "objects": {"client": {"children": [
     {"id": "newsSize", "role": "combo box", "value": "s", "defaultAction": "press", "children": [
       {"id": "m", "role": "list item", "name": "m", "state": ["selectable"]}]}]}}},
+  {"id": "bare", "class": "Bare", "objects": {"window": {"id": "bareList", "role": "list", "children": [
+    {"role": "list item", "name": "only"}]}}},
   {"id": "box", "class": "ListBox", "listBox": {"items": ["b1", "b2"], "selection": [0]},
    "objects": {"client": {"id": "boxList", "role": "list", "children": [{"id": "b1", "role": "list item", "name": "b1", "simple": true}]}}},
   {"id": "formsBox", "class": "WindowsForms10.LISTBOX.app", "listBox": {"items": ["f1", "f2", "f3"], "selection": [1], "multiple": true}}]})";
@@ -209,8 +217,10 @@ TEST_F(ItemRequestsTest, ObjectOfAWindowStandsForItsClientAsWell) {
 }
 
 TEST_F(ItemRequestsTest, ClientWhoseWindowIsGoneIsNothingToWorkOn) {
-    desktop.AddFault("boxList", {.call = "WindowFromAccessibleObject", .result = E_FAIL});
+    EXPECT_THAT(All(WindowOnly("bare")).items, ElementsAre(L"only"));
+    for (const char* object : {"boxList", "bareList"}) desktop.AddFault(object, {.call = "WindowFromAccessibleObject", .result = E_FAIL});
     EXPECT_EQ(Selected(WindowOnly("box")).status, SelectionResult::Failure);
+    EXPECT_EQ(All(WindowOnly("bare")).status, SelectionResult::Failure) << "an object that is no frame belongs to a window as well";
 }
 
 TEST_F(ItemRequestsTest, WebComboBoxIsOpenedForItsItemsAndClosedAgain) {
@@ -292,8 +302,13 @@ TEST_F(ItemRequestsTest, TableIsSearchedByTextAndItsRowIsSelectedNotTheCell) {
 }
 
 TEST_F(ItemRequestsTest, CellWithoutAParentCountsAsDone) {
-    desktop.AddFault("cell2", {.call = "get_accParent", .null = true});
-    EXPECT_EQ(Select(Identify("table"), {L"bert"}), SelectionResult::Success);
+    for (const HRESULT result : {S_OK, S_FALSE, E_FAIL}) {
+        desktop.ClearFaults();
+        if (result == S_OK) desktop.AddFault("cell2", {.call = "get_accParent", .null = true});
+        else desktop.AddFault("cell2", {.call = "get_accParent", .result = result});
+        EXPECT_EQ(Select(Identify("table"), {L"bert"}), SelectionResult::Success);
+    }
+    EXPECT_THAT(desktop.Done(), testing::Each("SetFocus main"));
     desktop.ClearFaults();
     desktop.AddFault("row2", {.call = "accSelect", .result = E_FAIL});
     EXPECT_EQ(Select(Identify("table"), {L"bert"}), SelectionResult::Failure);
@@ -303,7 +318,8 @@ TEST_F(ItemRequestsTest, CellWithoutAParentCountsAsDone) {
 TEST_F(ItemRequestsTest, PageTabIsPressed) {
     EXPECT_EQ(Select(Identify("tabs"), {L"Details"}), SelectionResult::Success);
     EXPECT_THAT(Selected(Identify("tabs")).items, ElementsAre(L"Details"));
-    EXPECT_THAT(desktop.Done(), ElementsAre("SetFocus main", "accDoDefaultAction tab2"));
+    EXPECT_EQ(Select(Identify("simpleTabs"), {L"Simple"}), SelectionResult::Success);
+    EXPECT_THAT(desktop.Done(), ElementsAre("SetFocus main", "accDoDefaultAction tab2", "SetFocus main", "accDoDefaultAction simpleTab"));
 }
 
 TEST_F(ItemRequestsTest, ItemOfAListInAChromiumWindowIsPressed) {
@@ -311,6 +327,17 @@ TEST_F(ItemRequestsTest, ItemOfAListInAChromiumWindowIsPressed) {
     EXPECT_THAT(desktop.Done(), ElementsAre("SetFocus page", "accDoDefaultAction web1"));
     EXPECT_EQ(Clear(Identify("webList", "page")), SelectionResult::Success);
     EXPECT_EQ(desktop.Done().back(), "accDoDefaultAction web2");
+}
+
+// On purpose, though a simple item is then not what is pressed.
+TEST_F(ItemRequestsTest, ContainerOfAnItemIsPressedInAChromiumWindow) {
+    EXPECT_EQ(Select(Identify("simpleList", "page"), {L"s1"}), SelectionResult::Success);
+    EXPECT_THAT(desktop.Done(), ElementsAre("SetFocus page", "accDoDefaultAction simpleList"));
+}
+
+TEST_F(ItemRequestsTest, NameWithoutWildcardsMeansOneItem) {
+    EXPECT_EQ(Select(Identify("twins"), {L"twin"}), SelectionResult::Success);
+    EXPECT_THAT(desktop.Done(), ElementsAre("SetFocus main", "accSelect twin1 2"));
 }
 
 TEST_F(ItemRequestsTest, DisabledItemFailsAndLeavesTheSelectionAsItWasUpToThere) {
@@ -412,6 +439,10 @@ TEST_F(ItemRequestsTest, SingleSelectionIsClearedOnRequestButKeptBeforeSelecting
     EXPECT_EQ(Clear(Identify("one")), SelectionResult::Success);
     EXPECT_THAT(desktop.Done(), ElementsAre("accSelect red 16"));
     EXPECT_EQ(Clear(Identify("one")), SelectionResult::Success) << "nothing is selected any more";
+    EXPECT_EQ(Select(Identify("lone"), {}, ClearFirst), SelectionResult::Success);
+    EXPECT_EQ(desktop.Done().size(), 1u);
+    EXPECT_EQ(Clear(Identify("lone")), SelectionResult::Success);
+    EXPECT_EQ(desktop.Done().back(), "accSelect fir 16");
 }
 
 TEST_F(ItemRequestsTest, SelectionIsClearedBeforeSelectingWhereTheItemSaysThatSeveralCanBeSelected) {

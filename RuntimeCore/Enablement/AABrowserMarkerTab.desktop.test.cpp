@@ -31,7 +31,7 @@ TEST(BrowserMarkerTab, TextWithoutANumberInRangeHasNoId) {
 }
 
 TEST(BrowserMarkerTab, MarkerBehindOtherTextDoesNotCount) {
-    for (const char* name : {"My Zorvex WindowId=5", " Zorvex WindowId=5", "zorvex windowid=5", "Tab Zorvex Browser Automation Id: 5"})
+    for (const char* name : {"My Zorvex WindowId=5", " Zorvex WindowId=5", "zorvex windowid=5", "0123456789012345 6 Zorvex WindowId=5", "Tab Zorvex Browser Automation Id: 5"})
         EXPECT_EQ(IdIn(name), NoWindowId) << name;
 }
 

@@ -17,7 +17,7 @@ using Testing::LogCapture;
 constexpr char kDesktop[] = R"({ "processes": [
     { "id": 1000, "path": "C:\\App\\viewer.exe", "current": true }, { "id": 1001, "path": "C:\\B\\Chrome.exe" },
     { "id": 1002, "path": "C:\\B\\msedge.exe" }, { "id": 1003, "path": "C:\\B\\firefox.exe" }, { "id": 1004, "path": "C:\\B\\thunderbird.exe" },
-    { "id": 1005, "path": "C:\\B\\vivaldi.exe" } ],
+    { "id": 1005, "path": "C:\\B\\vivaldi.exe" }, { "id": 1006, "path": "C:\\B\\brave.exe" } ],
   "windows": [
     { "id": "plain", "class": "Frame", "children": [
       { "id": "embedded", "class": "Chrome_WidgetWin_0", "objects": { "client": { "id": "embeddedClient", "role": "client", "ia2": {} } } } ] },
@@ -28,6 +28,8 @@ constexpr char kDesktop[] = R"({ "processes": [
     { "id": "lost", "class": "Frame", "process": 1001, "children": [
       { "id": "orphan", "class": "Chrome_RenderWidgetHostHWND", "process": 1001 } ] },
     { "id": "vivaldi", "class": "Chrome_WidgetWin_1", "process": 1005 },
+    { "id": "brave", "class": "Chrome_WidgetWin_1", "process": 1006 },
+    { "id": "holder", "class": "Frame", "process": 1005, "children": [ { "id": "webView", "class": "Chrome_WidgetWin_0", "process": 1005 } ] },
     { "id": "edgeDialog", "class": "#32770", "process": 1002 },
     { "id": "firefox", "class": "MozillaWindowClass", "process": 1003, "objects": { "window": { "id": "firefoxRoot", "role": "window", "name": "Page" } },
       "children": [ { "id": "compositor", "class": "MozillaCompositorWindowClass", "process": 1003 } ] },
@@ -149,9 +151,9 @@ TEST_F(TriggerTest, PositionOfTheTriggerIsLogged) {
 }
 
 TEST_F(TriggerTest, ChromiumIsRecognisedByEmbeddingByBrowserAndByEdgesProcess) {
-    for (const char* own : {"embedded", "app", "chrome", "render", "d3d", "edgeDialog"}) EXPECT_EQ(Trigger(own), 1) << own;
+    for (const char* own : {"embedded", "app", "chrome", "render", "d3d", "edgeDialog", "webView"}) EXPECT_EQ(Trigger(own), 1) << own;
     // A browser of its own name, top level: its class alone isn't enough.
-    for (const char* other : {"vivaldi", "plain", "lost"}) EXPECT_EQ(Trigger(other), 0) << other;
+    for (const char* other : {"vivaldi", "brave", "plain", "lost"}) EXPECT_EQ(Trigger(other), 0) << other;
 }
 
 TEST_F(TriggerTest, ChromiumWindowWithoutAWidgetIsRecognisedWithAWarning) {

@@ -131,6 +131,11 @@ TEST_F(ItemsListBox, ClearingTakesAllAwayInBothKinds) {
     EXPECT_FALSE(log.Contains("clear"));
 }
 
+TEST_F(ItemsListBox, BoxOfSingleSelectionWithoutOneIsLeftAlone) {
+    EXPECT_EQ(ClearSelectedItemsImpl_ListBox(Single()), SelectionResult::Success);
+    EXPECT_EQ(desktop->Calls("single", "SendMessage"), 2) << "how many, and which";
+}
+
 TEST_F(ItemsListBox, RefusedSelectionIsAFailure) {
     Answer(R"("389": -1, "390": -1)");
     for (const HWND window : {Single(), Multiple()}) {
@@ -185,6 +190,7 @@ TEST_F(ItemsListBox, BoxThatGoesAwayEndsTheReading) {
     desktop->AddFault("multiple", fault);
     EXPECT_EQ(SetSelectedItemsImpl_ListBox(Multiple(), {L"nobody"}, false, false), SelectionResult::NothingFound);
     EXPECT_LT(desktop->Calls("multiple", "SendMessage"), 20);
+    EXPECT_LT(log.Lines().size(), 20u) << "it went on with a window that is none";
 }
 
 TEST_F(ItemsListBox, DeadWindowHasNothing) {

@@ -42,7 +42,6 @@ FoundItems FindItems(const ItemsContainer& container, const ItemPattern& pattern
     found.failed = error && error->GetErrorId() != Search::ElementNotFoundError::kErrorId;
     if (error) return found;
     found.items = std::move(results.front().results);
-    if (found.items.size() > MostItems) found.items.resize(MostItems);
     return found;
 }
 
