@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include "InProc/Vantrel/AAContainerCache.h"
@@ -176,6 +177,33 @@ TEST(ExtractTable, ACellOfOneLineLosesItsLineEndAndOneOfSeveralKeepsThem) {
     Browser browser(Table(R"({"role": "row", "children": [{"role": "cell", "name": "abc"},
         {"role": "cell", "children": [{"role": "text", "name": "a"}, {"role": "text", "name": "b"}]}]})"));
     EXPECT_EQ(browser.Xml(), Extract(XmlRow({{L"Column-0", L"abc"}, {L"Column-1", L"a\r\nb\r\n"}})));
+}
+
+// A cell of a Chromium page: text has a place there, and lines are told by it.
+std::string ChromiumCell(const std::string& role, const std::string& lines, int x, int y) {
+    static int number = 1'000;
+    std::string pieces;
+    std::size_t start = 0;
+    for (int line = 0; start <= lines.size(); ++line) {
+        const std::size_t end = std::min(lines.find('|', start), lines.size());
+        const std::string place = "[" + std::to_string(x) + "," + std::to_string(y + 20 * line) + ",";
+        pieces += std::string(line ? "," : "") + R"({"role": "grouping", "rectangle": )" + place + R"(50,10], "ia2": {"uniqueId": )" +
+                  std::to_string(++number) + R"(, "text": ")" + lines.substr(start, end - start) + R"(", "characters": [)" + place + "5,10]]}}";
+        start = end + 1;
+    }
+    return R"({"role": ")" + role + R"(", "ia2": {"uniqueId": )" + std::to_string(++number) + R"(, "text": "\uFFFC"}, "children": [)" + pieces + "]}";
+}
+
+TEST(ExtractTable, ChromiumCellsAreReadByThePlacesOfTheirTexts) {
+    Browser browser(Table(Row(ChromiumCell("column header", "Line", 0, 0) + "," + ChromiumCell("column header", "To|by way of", 60, 0)) + "," +
+                          Row(ChromiumCell("row header", "5", 0, 50) + "," + ChromiumCell("cell", "Harbour|Market", 60, 50) + "," +
+                              ChromiumCell("cell", "", 120, 50))),
+                    "Chrome_WidgetWin_1");
+    EXPECT_EQ(browser.Xml(), Extract(XmlRow({{L"Line", L"5"}, {L"To  by way of", L"Harbour\r\nMarket"}, {L"Column-2", L""}})));
+    ExtractTableRequest request = browser.Request();
+    request.sessionId = L"one";
+    EXPECT_EQ(Call(request).sessionFlags, 0x2u);
+    EXPECT_EQ(Call(request).sessionFlags, 0xBu);
 }
 
 TEST(ExtractTable, ACellWithoutTextIsAnEmptyColumnAndTheRowStands) {
