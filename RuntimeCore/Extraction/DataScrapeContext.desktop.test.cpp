@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
+#include <iterator>
 #include <string>
 
 #include "RuntimeCore/Requests/RequestFlags.h"
@@ -153,6 +154,20 @@ TEST_F(ScrapeTest, SessionsOfDifferentIdsDoNotMeet) {
     EXPECT_EQ(Add({"1"}, L"b"), 0x2u);
     EXPECT_EQ(Add({"1"}, L"a"), 0xBu);
     EXPECT_EQ(context.ValidCount(), 2u);
+}
+
+TEST_F(ScrapeTest, IdsAreTakenWholeAndAsTheyAre) {
+    const wchar_t half = 0xD800;
+    const std::wstring ids[] = {L"a", {L'a', 0}, {L'a', 0, L'b'}, {half}, std::wstring(100'000, L'x'), std::wstring(100'001, L'x')};
+    for (std::uint32_t flags : {0x2u, 0xBu})
+        for (const std::wstring& id : ids) {
+            std::uint32_t found = 0;
+            EXPECT_EQ(context.AddSession(DataScrapeSession(desktop.Window("chrome"), CComBSTR(id)), found), S_OK);
+            EXPECT_EQ(found, flags) << id.size();
+        }
+    EXPECT_EQ(context.ValidCount(), std::size(ids));
+    for (const std::wstring& id : ids) EXPECT_EQ(context.Cleanup(DataScrapeSession(desktop.Window("chrome"), CComBSTR(id))), S_OK);
+    EXPECT_EQ(context.ValidCount(), 0u);
 }
 
 TEST_F(ScrapeTest, CleanupForgetsBothKindsOfOneId) {
