@@ -16,6 +16,8 @@ constexpr char kDesktop[] = R"({"windows": [
     {"id": "box", "role": "check box", "state": ["checked"], "action": [{"toggle": ["checked"]}]},
     {"id": "radio", "role": "radio button", "action": [{"add": ["checked"]}]},
     {"id": "button", "role": "push button", "defaultAction": "press"},
+    {"id": "options", "role": "check box", "defaultAction": "press", "children": [
+      {"id": "option", "role": "check box", "simple": true, "state": ["checked"], "action": [{"toggle": ["checked"]}]}]},
     {"id": "frame", "role": "window", "children": [{"role": "check box", "state": ["checked"]}]}]}}},
   {"id": "native", "class": "Button", "objects": {"client": {
     "id": "client", "role": "check box", "action": [{"toggle": ["checked"]}]}}},
@@ -67,6 +69,14 @@ TEST_F(CheckStateRequests, ButtonThatIsNoCheckBoxIsNeither) {
     EXPECT_FALSE(answer.isChecked);
     EXPECT_EQ(Set(Of("button"), true), static_cast<HRESULT>(0x80040221u));
     EXPECT_THAT(desktop.Done(), testing::IsEmpty());
+}
+
+TEST_F(CheckStateRequests, SimpleElementIsAskedUnderItsChildId) {
+    EXPECT_TRUE(Get(Of("option")).isChecked);
+    EXPECT_EQ(Set(Of("option"), true), S_OK);
+    EXPECT_EQ(Set(Of("option"), false), S_OK);
+    EXPECT_FALSE(Get(Of("option")).isChecked);
+    EXPECT_THAT(desktop.Done(), testing::ElementsAre("accDoDefaultAction option"));
 }
 
 TEST_F(CheckStateRequests, WindowOfANativeCheckBoxWorksThroughItsClient) {

@@ -17,7 +17,9 @@ constexpr char kDesktop[] = R"({"windows": [
   {"id": "page", "class": "Chrome_WidgetWin_1", "rectangle": [0, 0, 200, 200], "objects": {"client": {"children": [
     {"id": "link", "role": "link", "state": ["focusable"], "rectangle": [10, 10, 50, 20]},
     {"id": "below", "role": "link", "state": ["focusable", "offscreen"], "rectangle": [10, 900, 50, 20], "ia2": {},
-     "faults": [{"call": "scrollTo", "do": [{"clear": ["offscreen"], "rectangle": [10, 100, 50, 20]}]}]}]}}},
+     "faults": [{"call": "scrollTo", "do": [{"clear": ["offscreen"], "rectangle": [10, 100, 50, 20]}]}]},
+    {"id": "bar", "role": "tool bar", "ia2": {}, "faults": [{"call": "scrollTo", "do": [{"change": "tool", "clear": ["offscreen"]}]}], "children": [
+      {"id": "tool", "role": "editable text", "simple": true, "state": ["focusable", "offscreen"], "rectangle": [10, 900, 50, 20]}]}]}}},
   {"id": "dialog", "class": "Dialog", "objects": {"client": {"children": [
     {"id": "edit", "role": "editable text", "value": "old", "state": ["focusable"]},
     {"id": "fixed", "role": "editable text", "value": "old", "state": ["readonly"]},
@@ -92,6 +94,15 @@ TEST_F(ElementActions, FocusInAPageIsWaitedFor) {
     EXPECT_TRUE(Focus(InPage("link")));
     EXPECT_EQ(Simulated::MillisecondsSlept() - before, 300u);
     EXPECT_TRUE(log.Contains("] the focus has been set to the AA element using DomAria methods")) << log.Text();
+}
+
+// The container is asked, and about the simple element alone.
+TEST_F(ElementActions, SimpleElementIsActedOnUnderItsChildId) {
+    EXPECT_EQ(Scroll(InPage("tool")), S_OK);
+    EXPECT_TRUE(Focus(InPage("tool")));
+    EXPECT_TRUE(Focus(Register(desktop, "page", "tool", 0u)));
+    EXPECT_TRUE(Write(InPage("tool"), L"new"));
+    EXPECT_THAT(desktop.Done(), ElementsAre("scrollTo bar 6", "accSelect tool 1", "accSelect tool 1", "put_accValue tool new"));
 }
 
 TEST_F(ElementActions, FocusInAPageThatNeverComesFails) {

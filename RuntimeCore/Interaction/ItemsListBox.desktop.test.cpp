@@ -134,6 +134,9 @@ TEST_F(ItemsListBox, ClearingTakesAllAwayInBothKinds) {
 TEST_F(ItemsListBox, BoxOfSingleSelectionWithoutOneIsLeftAlone) {
     EXPECT_EQ(ClearSelectedItemsImpl_ListBox(Single()), SelectionResult::Success);
     EXPECT_EQ(desktop->Calls("single", "SendMessage"), 2) << "how many, and which";
+    ::SendMessageW(Single(), LB_SETCURSEL, 1, 0);
+    EXPECT_EQ(ClearSelectedItemsImpl_ListBox(Single()), SelectionResult::Success);
+    EXPECT_EQ(desktop->Calls("single", "SendMessage"), 3 + 3);
 }
 
 TEST_F(ItemsListBox, RefusedSelectionIsAFailure) {
