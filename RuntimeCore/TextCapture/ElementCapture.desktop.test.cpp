@@ -70,6 +70,18 @@ TEST_F(ElementCaptureTest, LeafWithoutTextIsASuccessAndOneThatCannotBeReadIsNot)
     EXPECT_FALSE(success);
 }
 
+TEST_F(ElementCaptureTest, UnreadableNameFailsALeafAndNoContainer) {
+    for (const char* id : {"cell", "row"}) {
+        DesktopFixture desktop(Desktop("C", Table));
+        Simulated::Fault fault;
+        fault.call = Simulated::Call::AccName;
+        fault.result = E_ACCESSDENIED;
+        desktop.AddFault(id, fault);
+        EXPECT_EQ(Text(desktop, id), id == std::string("row") ? L"head\r\ncolumn value\r\n7\r\nsimple\r\n" : L"");
+        EXPECT_EQ(success, id == std::string("row"));
+    }
+}
+
 TEST_F(ElementCaptureTest, NoElementIsAnInvalidArgument) {
     DesktopFixture desktop(Desktop("C", ""));
     CaptureContext context;
@@ -97,6 +109,19 @@ TEST_F(ElementCaptureTest, KindsWithoutAWindowCaptureHaveOneOfElements) {
         EXPECT_EQ(Text(desktop, "link"), L"link\r\n") << className;
         EXPECT_TRUE(success);
     }
+}
+
+TEST_F(ElementCaptureTest, ElementOfAChromiumWidgetGivesTheTextOfItsPage) {
+    DesktopFixture desktop(
+        Desktop("Chrome_WidgetWin_1",
+                R"({"id": "div", "role": "grouping", "name": "not read", "ia2": {"text": "own"}, "children": [
+        {"role": "grouping", "state": ["invisible"], "ia2": {"text": "hidden"}}, {"role": "grouping", "state": ["offscreen"], "ia2": {"text": "off"}}]})"));
+    EXPECT_EQ(Text(desktop, "div", CaptureHighlightInfo), L"own hidden off");
+    EXPECT_TRUE(success);
+    EXPECT_TRUE(lines.empty()) << "pages have no records";
+    EXPECT_EQ(Text(desktop, "div", CaptureIgnoreHidden), L"own off");
+    EXPECT_EQ(Text(desktop, "div", CaptureIgnoreOffscreen), L"own hidden");
+    EXPECT_EQ(Text(desktop, "div", CaptureClipped), L"own hidden off");
 }
 
 TEST_F(ElementCaptureTest, ChromeElementsGoByTheChromeRule) {
@@ -127,6 +152,14 @@ TEST_F(ElementCaptureTest, ListViewGivesItsHeaderForTheListAndNoneForAnItem) {
             {"id": "item", "role": "list item", "name": "a", "simple": true}]}}}]})");
     EXPECT_EQ(Text(desktop, "list"), L"Name\tSize\r\na\t1\r\n") << "the walk gives no second header";
     EXPECT_EQ(Text(desktop, "item"), L"a\t1\r\n");
+}
+
+TEST_F(ElementCaptureTest, WindowThatIsNoListViewHasNoColumns) {
+    DesktopFixture desktop(
+        R"({"windows": [{"id": "w", "class": "Grid", "style": 1, "listView": {"columns": [{"text": "Name"}], "items": [["a"]]},
+        "objects": {"client": {"id": "list", "role": "list", "children": [{"id": "item", "role": "list item", "name": "name", "simple": true}]}}}]})");
+    EXPECT_EQ(Text(desktop, "list"), L"name\r\n");
+    EXPECT_EQ(Text(desktop, "item"), L"name\r\n");
 }
 
 TEST_F(ElementCaptureTest, OutlineItemOfAnyWindowGivesTheItemsUnderIt) {

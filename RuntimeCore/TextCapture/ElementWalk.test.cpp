@@ -125,6 +125,14 @@ TEST_F(ElementWalkTest, TextThatRepeatsItsParentGivesNoSecondLine) {
     EXPECT_EQ(Text(), L"text\r\nsame\r\n") << "a parent that isn't in the list has given no text";
 }
 
+TEST_F(ElementWalkTest, ValueThatComesWithAFailureIsNotRepeated) {
+    FakeAccessible& cell = Add(root, ROLE_SYSTEM_CELL, L"cell");
+    cell.value = L"text";
+    cell.valueResult = E_FAIL;
+    Add(cell, ROLE_SYSTEM_STATICTEXT, L"label").value = L"text";
+    EXPECT_EQ(Text(), L"cell\r\ntext\r\n");
+}
+
 TEST_F(ElementWalkTest, OnlyTheParentItselfIsRepeated) {
     FakeAccessible& cell = Add(root, ROLE_SYSTEM_CELL, L"cell");
     cell.value = L"text";
@@ -159,6 +167,19 @@ TEST_F(ElementWalkTest, ListItemsOfAWpfWindowGiveNoLineButTheirChildrenDo) {
     EXPECT_EQ(Text(), L"cell\r\nbutton\r\n");
     parse.bIsWpf = false;
     EXPECT_EQ(Text(), L"row\r\ncell\r\nbutton in a row\r\nbutton\r\n");
+}
+
+TEST_F(ElementWalkTest, ButtonRightInAListAndInAnItemWithoutAListGivesNoLineInAWpfWindow) {
+    parse.bIsWpf = true;
+    for (const LONG role : {ROLE_SYSTEM_LIST, ROLE_SYSTEM_LISTITEM}) {
+        FakeAccessible& rows = Add(root, role, L"rows");
+        FakeAccessible& group = Add(rows, ROLE_SYSTEM_CLIENT, L"");
+        Add(rows, ROLE_SYSTEM_PUSHBUTTON, L"right below");
+        Add(group, ROLE_SYSTEM_PUSHBUTTON, L"deeper");
+    }
+    EXPECT_EQ(Text(), L"");
+    parse.bIsWpf = false;
+    EXPECT_EQ(Text(), L"deeper\r\nright below\r\nrows\r\ndeeper\r\nright below\r\n");
 }
 
 TEST_F(ElementWalkTest, ChildOfAButtonInWpfRowsRepeatsNothing) {

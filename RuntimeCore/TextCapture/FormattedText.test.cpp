@@ -151,6 +151,19 @@ TEST_F(FormattedTextTest, EmptyChromeValueGivesNoLineAndNullTheResultOfTheRead) 
     EXPECT_EQ(Line(ROLE_SYSTEM_TEXT, AA_TYPE_CHROME), L"");
     EXPECT_EQ(result, S_OK);
     EXPECT_TRUE(Logged("NOT bVis branch"));
+    log.Clear();
+    FakeCalls::Instance().Reset(FakeCalls::Spoil::NullWithSuccess, 3);
+    element.valueResult = S_FALSE;
+    EXPECT_EQ(Line(ROLE_SYSTEM_TEXT, AA_TYPE_CHROME), L"");
+    EXPECT_EQ(result, S_FALSE);
+    EXPECT_FALSE(Logged("NOT bVis branch"));
+}
+
+TEST_F(FormattedTextTest, ValueThatComesWithAFailureRepeatsNothing) {
+    parent.bstrCrntParentValue = L"value";
+    element.value = L"value";
+    element.valueResult = E_FAIL;
+    EXPECT_EQ(Line(ROLE_SYSTEM_STATICTEXT), L"name\r\n");
 }
 
 TEST_F(FormattedTextTest, OutlineItemIsIndentedByItsLevelAndItsRecordIsNot) {
@@ -217,6 +230,8 @@ TEST_F(FormattedTextTest, HiddenButtonIsLeftOutOnWish) {
     context.m_bIgnoreHidden = true;
     EXPECT_EQ(Line(ROLE_SYSTEM_PUSHBUTTON), L"");
     EXPECT_EQ(result, S_OK);
+    element.state = CComVariant(0);
+    EXPECT_EQ(Line(ROLE_SYSTEM_PUSHBUTTON), L"name\r\n");
     element.stateResult = E_FAIL;
     EXPECT_EQ(Line(ROLE_SYSTEM_PUSHBUTTON), L"name\r\n") << "an unknown state hides nothing here";
 }

@@ -7,6 +7,7 @@
 
 #include "RuntimeCore/TextCapture/TextCollectorHtml.h"
 #include "tests/Support/DesktopFixture.h"
+#include "tests/Support/FakeAccessible.h"
 #include "tests/Support/LogCapture.h"
 
 namespace Zorvex {
@@ -213,9 +214,45 @@ TEST(HtmlText, HiddenAndOffscreenElementsAreLeftOutOnWishAndTheirChildrenStillWa
     const std::string offscreen = Piece("o", "offscreen", 0, 10, 10, R"(, "state": ["offscreen"])" + inner);
     EXPECT_EQ(TextOf(offscreen, true, false), L"offscreen in");
     EXPECT_EQ(TextOf(offscreen, false, true), L"in");
-    // A state that is no number says neither.
-    const std::string odd = Piece("h", "odd", 0, 10, 10, R"(, "state": ["invisible"], "faults": [{"call": "get_accState", "type": "VT_I2"}])");
-    EXPECT_EQ(TextOf(odd, true, true), L"odd");
+}
+
+// Has the text of another element.
+class WithTextOf : public Testing::FakeAccessible {
+public:
+    explicit WithTextOf(const CComPtr<IAccessible>& other) {
+        hasAccessibleEx = true;  // so that it is a service provider
+        other.QueryInterface(m_other);
+    }
+
+    HRESULT STDMETHODCALLTYPE QueryService(REFGUID service, REFIID riid, void** object) override {
+        return m_other->QueryService(service, riid, object);
+    }
+
+private:
+    CComPtr<IServiceProvider> m_other;
+};
+
+// A number that is no VT_I4.
+CComVariant Unsigned(ULONG number) {
+    CComVariant variant;
+    variant.vt = VT_UI4;
+    variant.ulVal = number;
+    return variant;
+}
+
+TEST(HtmlText, RolesAndStatesOfAnotherTypeSayNothing) {
+    DesktopFixture desktop(Page(Piece("a", "a", 0, 10) + "," + Piece("b", "b", 0, 10)));
+    Testing::FakeAccessible root(ROLE_SYSTEM_DOCUMENT);
+    WithTextOf text(desktop.Element("a")), box(desktop.Element("b"));
+    text.role = Unsigned(ROLE_SYSTEM_STATICTEXT);
+    text.state = Unsigned(STATE_SYSTEM_INVISIBLE | STATE_SYSTEM_OFFSCREEN);
+    box.role = Unsigned(ROLE_SYSTEM_CHECKBUTTON);
+    root.AddChild(text);
+    root.AddChild(box);
+    CString whole;
+    EXPECT_EQ(IA2Tools::GetHtmlTextContent(&root, true, true, nullptr, whole), S_OK);
+    EXPECT_EQ(whole, L"a b");
+    root.ReturnChildren();
 }
 
 TEST(HtmlText, AFrameOutsideTheFilterIsLeftOutWithAllItHolds) {

@@ -105,6 +105,23 @@ TEST_F(WindowCaptureTest, ListViewInAWindowGivesItsColumnsAndTheyEndWithIt) {
     EXPECT_EQ(lines[0].text, L"a\t1");
 }
 
+TEST_F(WindowCaptureTest, ListViewInAListViewHasColumnsOfItsOwn) {
+    DesktopFixture desktop(
+        R"({"windows": [{"id": "w", "class": "C", "children": [{"id": "outer", "class": "SysListView32", "style": 1,
+        "listView": {"columns": [{"text": "Outer"}], "items": [["a"]]}, "objects": {"client": {"role": "list", "children": [
+            {"role": "list item", "name": "name", "simple": true}]}}, "children": [{"id": "inner", "class": "SysListView32", "style": 1,
+            "listView": {"columns": [{"text": "Inner"}], "items": [["b"]]}, "objects": {"client": {"role": "list", "children": [
+                {"role": "list item", "name": "name", "simple": true}]}}}]}]}]})");
+    EXPECT_EQ(Text(desktop), L"Outer\r\na\r\nInner\r\nb\r\n");
+}
+
+TEST_F(WindowCaptureTest, ListOfAWindowThatIsNoListViewHasNoColumns) {
+    DesktopFixture desktop(
+        R"({"windows": [{"id": "w", "class": "Grid", "style": 1, "listView": {"columns": [{"text": "Name"}], "items": [["a"]]},
+        "objects": {"client": {"role": "list", "children": [{"role": "list item", "name": "name", "simple": true}]}}}]})");
+    EXPECT_EQ(Text(desktop), L"name\r\n");
+}
+
 TEST_F(WindowCaptureTest, FilterCountsUnderItsFlagsAlone) {
     DesktopFixture desktop(Desktop(R"({"role": "text", "name": "in", "rectangle": [10, 10, 20, 20]}, {"role": "text", "name": "out", "rectangle": [100, 10, 20, 20]})",
                                    R"("rectangle": [0, 0, 500, 500], )"));
