@@ -1,19 +1,20 @@
 #include "RuntimeCore/Extraction/CellText.h"
 
 #include <algorithm>
-#include <cwctype>
 #include <vector>
 
 #include "RuntimeCore/AAUtilitiesName.h"
 #include "RuntimeCore/RowName.h"
+#include "RuntimeCore/Selectors/ValueMatcher/LowerCase.h"
 #include "RuntimeCore/TextCapture/ElementCapture.h"
 
 namespace Zorvex {
 
 namespace {
 
+// By Unicode, not by the locale that the host program happens to have: headers of web pages end with no-break spaces.
 void TrimWhiteSpace(CString& text) {
-    const auto isText = [](wchar_t unit) { return !std::iswspace(static_cast<std::wint_t>(unit)); };
+    const auto isText = [](wchar_t unit) { return !IsSpace(unit); };
     text.erase(std::find_if(text.rbegin(), text.rend(), isText).base(), text.end());
     text.erase(text.begin(), std::find_if(text.begin(), text.end(), isText));
 }

@@ -59,6 +59,14 @@ TEST_F(CellTextTest, FlatteningMakesOneTrimmedLineAndNotFlatteningLeavesWhiteSpa
     EXPECT_EQ(Text("spaces", false), L" \t x\r\ny \n\r\n");
 }
 
+TEST_F(CellTextTest, SpacesOfAnyScriptAreWhiteSpace) {
+    desktop.Do({.target = "one", .name = L"\xA0\x3000 total\xA0sum\x2003\xA0"});
+    EXPECT_EQ(Text("one", true), L"total\xA0sum");
+    desktop.Do({.target = "one", .name = L"\xA0"});
+    EXPECT_EQ(Text("one", true), L"");
+    EXPECT_EQ(Text("one", false), L"\xA0");
+}
+
 TEST_F(CellTextTest, AFailedCaptureIsEmpty) {
     CString text = L"left over";
     GetCellText(text, desktop.Window("main"), nullptr, CComVariant(CHILDID_SELF), false);
