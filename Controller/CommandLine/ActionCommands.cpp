@@ -132,8 +132,8 @@ std::string RefusalText(const ActionCommand& command, const Outcome& outcome, co
     return what + ": it takes no text";
 }
 
-void Write(JsonWriter& json, const Outcome& outcome, const ElementView& view, Verdict verdict) {
-    json.BeginObject().Key("done").Flag(outcome.done);
+void Write(JsonWriter& json, const Outcome& outcome, bool isIdle, const ElementView& view, Verdict verdict) {
+    json.BeginObject().Key("done").Flag(outcome.done && !isIdle);
     json.Key("result");
     if (outcome.result) json.Text(std::string_view(CodeText(*outcome.result)));
     else json.Null();
@@ -188,7 +188,7 @@ ExitCode RunAction(Session& session, const ActionCommand& command, Output& outpu
     const ElementView after = command.verify ? ReadViews(session, {shown}).front() : before;
     if (output.json) {
         JsonWriter json(output.out);
-        Write(json, outcome, after, verdict);
+        Write(json, outcome, !idle.empty(), after, verdict);
     }
     if (!outcome.done) {
         output.err << RefusalText(command, outcome, before) << '\n';
