@@ -5,7 +5,9 @@
 
 #include "Common/include/CComPtr.h"
 #include "Common/include/CComVariant.h"
+#include "Common/include/FailureOrEFail.h"
 #include "Common/include/Log.h"
+#include "Common/include/ObjectFromWindow.h"
 #include "RuntimeCore/AAUtilitiesLocation.h"
 #include "RuntimeCore/IA2Tools.h"
 #include "RuntimeCore/TextCapture/FilterRectangle.h"
@@ -130,11 +132,10 @@ HRESULT CaptureTextAA_IA2Html(CaptureContext& context, HWND hWnd, const RECT* pr
     LogVerbose("CaptureTextAA_IA2Html start");
     out_text.clear();
     CComPtr<IAccessible> spRoot;
-    const HRESULT result =
-        ::AccessibleObjectFromWindow(hWnd, static_cast<DWORD>(OBJID_CLIENT), IidOf<IAccessible>(), reinterpret_cast<void**>(&spRoot));
+    const HRESULT result = ObjectFromWindow(hWnd, OBJID_CLIENT, spRoot);
     if (FAILED(result) || !spRoot) {
         LogError("CaptureTextAA_IA2Html: failed to get IAccessible of Widget client area, hResult=0x%x hWnd=0x%p", result, hWnd);
-        return FAILED(result) ? result : E_FAIL;
+        return FailureOrEFail(result);
     }
     if (prcFilter && bUseRectangleForIdentification) {
         LogVerbose("CaptureTextAA_IA2Html: identify AA Element by rectangle (l,t,r,b)=(%d,%d,%d,%d)", prcFilter->left, prcFilter->top,

@@ -2,6 +2,7 @@
 
 #include "Common/include/CComBSTR.h"
 #include "Common/include/CComPtr.h"
+#include "Common/include/FailureOrEFail.h"
 #include "Common/include/Log.h"
 #include "RuntimeCore/IA2Tools.h"
 #include "RuntimeCore/IA2ToolsText.h"
@@ -10,8 +11,6 @@
 namespace Zorvex {
 
 namespace {
-
-HRESULT FailureOrEFail(HRESULT result) { return FAILED(result) ? result : E_FAIL; }
 
 // The share of a character's height that counts for its line: what begins lower is on the next one.
 constexpr std::int64_t LineShare = 8, LineWhole = 10;
