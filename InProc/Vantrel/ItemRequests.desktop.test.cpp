@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <cstring>
 #include <functional>
 #include <string>
 #include <utility>
@@ -648,16 +647,39 @@ TEST_F(ItemRequestsTest, AnyFaultAtAnyCallEndsWellAndLeavesNoReference) {
     kinds[3].count = -1;
     kinds[4].result = S_FALSE;
     kinds[5].raise = true;
-    const std::vector<std::pair<const char*, const char*>> targets = {
-        {"fruit", "a*"}, {"one", "rose"}, {"table", "bert"}, {"tabs", "Details"}, {"combo", "large"}, {"webCombo", "option"}};
-    for (const auto& [id, item] : targets)
+    // Small ones: each is loaded anew for each call that fails.
+    constexpr struct {
+        const wchar_t* item;
+        const char* windowClass;
+        const char* container;
+    } targets[] = {
+        {L"a*", "Main", R"("role": "list", "state": ["multiselectable"], "children": [
+            {"role": "list item", "name": "apple", "state": ["selectable"]},
+            {"role": "list item", "name": "apricot", "state": ["selectable", "selected"]}])"},
+        {L"rose", "Main", R"("role": "list", "children": [
+            {"role": "list item", "name": "red", "simple": true, "state": ["selectable", "selected"]},
+            {"role": "list item", "name": "rose", "simple": true, "state": ["selectable"]}])"},
+        {L"bert", "Main", R"("role": "table", "selection": [], "children": [
+            {"role": "row", "children": [{"role": "cell", "value": "anna"}]}, {"role": "row", "children": [{"role": "cell", "value": "bert"}]}])"},
+        {L"v1", "Main", R"("role": "table", "selection": ["picked"], "children": [
+            {"id": "picked", "role": "list", "children": [{"role": "cell", "value": "v1"}, {"role": "cell", "value": "v2", "simple": true}]}])"},
+        {L"Details", "Main", R"("role": "page tab list", "children": [
+            {"role": "page tab", "name": "General", "state": ["selectable", "selected"]},
+            {"role": "page tab", "name": "Details", "state": ["selectable"], "defaultAction": "Switch"}])"},
+        {L"large", "Main", R"("role": "combo box", "value": "small", "children": [
+            {"role": "list", "children": [{"role": "list item", "name": "large", "state": ["selectable"]}]}])"},
+        {L"option", "Chrome_WidgetWin_1", R"("role": "combo box", "value": "x", "state": ["collapsed"], "defaultAction": "open", "children": [],
+            "action": [{"toggle": ["expanded", "collapsed"]},
+              {"insert": {"role": "list", "children": [{"role": "list item", "name": "option"}]}, "into": "container"}])"}};
+    for (const auto& target : targets) {
+        const std::string text = std::string(R"({"windows": [{"id": "w", "class": ")") + target.windowClass +
+                                 R"(", "objects": {"client": {"children": [{"id": "container", )" + target.container + "}]}}}]}";
         for (const auto& kind : kinds)
             for (unsigned at = 1; at < 600; ++at) {
-                DesktopFixture faulty(kDesktop);
-                const bool isWeb = std::string(id) == "webCombo";
-                const HWND window = faulty.Window(isWeb ? "page" : "main");
+                DesktopFixture faulty(text);
+                const HWND window = faulty.Window("w");
                 const auto identifier = AAContainerCache::Instance().RegisterObject(
-                    {kClientPid, window}, AAElement{window, faulty.Element(id), faulty.Child(id)}, isWeb);
+                    {kClientPid, window}, AAElement{window, faulty.Element("container"), CComVariant(CHILDID_SELF)});
                 Simulated::Fault fault = kind;
                 fault.at = at;
                 fault.times = 1;
@@ -665,7 +687,7 @@ TEST_F(ItemRequestsTest, AnyFaultAtAnyCallEndsWellAndLeavesNoReference) {
                 const int before = faulty.TotalCalls();
                 try {
                     All(identifier);
-                    Select(identifier, {CString(item, item + std::strlen(item))}, ClearFirst);
+                    Select(identifier, {target.item}, ClearFirst);
                     Selected(identifier);
                     Clear(identifier);
                 } catch (const Simulated::ServerFailure&) {
@@ -673,9 +695,10 @@ TEST_F(ItemRequestsTest, AnyFaultAtAnyCallEndsWellAndLeavesNoReference) {
                 const int calls = faulty.TotalCalls() - before;
                 faulty.ClearFaults();
                 CacheCleaner::Release();
-                ASSERT_EQ(faulty.OutstandingReferences(), 0) << id << ", call " << at;
+                ASSERT_EQ(faulty.OutstandingReferences(), 0) << target.container << ", call " << at;
                 if (calls < static_cast<int>(at)) break;
             }
+    }
 }
 
 }  // namespace
