@@ -139,38 +139,51 @@ private:
     }
 };
 
+// The items are simple children, whether the list is open or not: its window is of no relation to the combo box's.
 class ComboBoxObject final : public ClientObject {
 public:
     using ClientObject::ClientObject;
 
 protected:
-    std::wstring Name(LONG) override { return Label(); }
-    bool Value(LONG, std::wstring& value) override {
+    LONG ItemCount() override { return BoundedItems(Send(CB_GETCOUNT)); }
+    std::wstring Name(LONG item) override { return item == CHILDID_SELF ? Label() : ItemText(item); }
+    bool Value(LONG item, std::wstring& value) override {
+        if (item != CHILDID_SELF) return false;
         value = TitleOf(Window());
         return true;
     }
-    // The list is a window of its own, of no relation to the combo box in the window tree.
-    std::vector<CComPtr<IAccessible>> ObjectChildren() override {
-        auto children = ClientObject::ObjectChildren();
-        COMBOBOXINFO parts{};
-        parts.cbSize = sizeof parts;
-        if (::GetComboBoxInfo(Window(), &parts) && parts.hwndList) children.push_back(WindowObjectOf(parts.hwndList));
-        return children;
-    }
-    // The text of an item selects it, as a user does it who types.
-    bool SetValue(LONG, const std::wstring& value) override {
-        const LRESULT item = Send(CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(value.c_str()));
-        return item >= 0 && Send(CB_SETCURSEL, static_cast<WPARAM>(item)) >= 0;
-    }
-    LONG Role(LONG) override { return ROLE_SYSTEM_COMBOBOX; }
+    LONG Role(LONG item) override { return item == CHILDID_SELF ? ROLE_SYSTEM_COMBOBOX : ROLE_SYSTEM_LISTITEM; }
     LONG State(LONG item) override {
-        return ClientObject::State(item) | (Send(CB_GETDROPPEDSTATE) ? STATE_SYSTEM_EXPANDED : STATE_SYSTEM_COLLAPSED) |
-               STATE_SYSTEM_HASPOPUP;
+        const LONG state = ClientObject::State(item);
+        const bool open = Send(CB_GETDROPPEDSTATE) != 0;
+        if (item == CHILDID_SELF) return state | (open ? STATE_SYSTEM_EXPANDED : STATE_SYSTEM_COLLAPSED) | STATE_SYSTEM_HASPOPUP;
+        return (state & ~STATE_SYSTEM_FOCUSED) | STATE_SYSTEM_SELECTABLE | (open ? 0 : STATE_SYSTEM_INVISIBLE) |
+               (Send(CB_GETCURSEL) == item - 1 ? STATE_SYSTEM_SELECTED : 0);
     }
-    std::wstring DefaultAction(LONG) override { return Send(CB_GETDROPPEDSTATE) ? L"Close" : L"Open"; }
-    bool DoDefaultAction(LONG) override {
+    std::wstring DefaultAction(LONG item) override {
+        return item != CHILDID_SELF ? L"Double Click" : Send(CB_GETDROPPEDSTATE) ? L"Close" : L"Open";
+    }
+    bool DoDefaultAction(LONG item) override {
+        if (item != CHILDID_SELF) return Select(item, SELFLAG_TAKESELECTION);
         Send(CB_SHOWDROPDOWN, Send(CB_GETDROPPEDSTATE) ? FALSE : TRUE);
         return true;
+    }
+    std::vector<LONG> SelectedItems() override {
+        const LRESULT selected = Send(CB_GETCURSEL);
+        return selected < 0 ? std::vector<LONG>() : std::vector<LONG>{static_cast<LONG>(selected) + 1};
+    }
+    bool Select(LONG item, LONG flags) override {
+        return item != CHILDID_SELF && (flags & SELFLAG_TAKESELECTION) && Send(CB_SETCURSEL, static_cast<WPARAM>(item - 1)) != CB_ERR;
+    }
+
+private:
+    std::wstring ItemText(LONG item) const {
+        const LRESULT length = Send(CB_GETLBTEXTLEN, static_cast<WPARAM>(item - 1));
+        if (length <= 0 || length > 100'000) return {};
+        std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
+        text.resize(static_cast<std::size_t>(
+            std::max<LRESULT>(0, Send(CB_GETLBTEXT, static_cast<WPARAM>(item - 1), reinterpret_cast<LPARAM>(text.data())))));
+        return text;
     }
 };
 
