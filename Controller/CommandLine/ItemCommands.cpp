@@ -216,7 +216,13 @@ ExitCode RunSelect(Session& session, const SelectCommand& command, Output& outpu
         WriteView(json, container.view);
         json.EndObject().Finish();
     }
-    if (!done) return Refuse(status, container, output);
+    if (!done) {
+        Refuse(status, container, output);
+        // A page may load the options of a combo box only when it opens, and selecting doesn't open it.
+        if (status == SelectionResult::NothingFound && container.element.isDomAria && container.view.role == L"combo box")
+            output.err << "expand opens it, which may bring its items\n";
+        return ExitCode::NotFound;
+    }
     if (!output.json) {
         output.out << "selected " << ListText(command.items) << " in " << ViewText(container.view) << '\n';
         if (now && now->IsRead()) output.out << "selected are now " << (now->Items().empty() ? "no items" : ListText(now->Items())) << '\n';
