@@ -64,6 +64,15 @@ TEST_F(HtmlPageText, FieldsOfSeveralKindsComeInDocumentOrder) {
     EXPECT_EQ(TextOf(page), L"1 2 3 4 5");
 }
 
+TEST_F(HtmlPageText, FieldThatDoesNotKnowItsPlaceComesBehindTheLastThatDoes) {
+    page.AddText(L"a ");
+    page.AddInput(L"text", L"lost").methods.erase(L"sourceIndex");
+    page.AddText(L"b ");
+    page.AddInput(L"text", L"known");
+    page.AddText(L"c");
+    EXPECT_EQ(TextOf(page), L"a b known lost c") << "and no text is read twice";
+}
+
 TEST_F(HtmlPageText, InputsWithoutTextAreLeftAlone) {
     for (const wchar_t* type : {L"hidden", L"checkbox", L"radio", L"image", L"HIDDEN"}) page.AddInput(type, L"secret");
     page.AddText(L"text");
@@ -88,6 +97,7 @@ TEST_F(HtmlPageText, APasswordShowsDotsAndAnEmptyFieldItsPlaceholder) {
     page.AddInput(L"text", L"").values[L"placeholder"] = CComVariant(L"you@example.org");
     page.AddInput(L"password", L"").values[L"placeholder"] = CComVariant(L"secret word");
     page.AddInput(L"range", L"3");
+    page.AddInput(L"color", L"#102030");
     EXPECT_EQ(TextOf(page), L"\x25CF\x25CF\x25CF you@example.org secret word");
 }
 
@@ -105,12 +115,14 @@ TEST_F(HtmlPageText, AListShowsItsSelectedOptionAndAnOpenOneAll) {
 
 TEST_F(HtmlPageText, FieldsThatAreNotDisplayedShowNothing) {
     page.AddInput(L"text", L"no size", {5, 5, 5, 5});
+    page.AddInput(L"text", L"no width", {5, 5, 5, 15});
+    page.AddInput(L"text", L"no height", {5, 5, 15, 5});
     page.AddInput(L"text", L"hidden").objects[L"currentStyle"]()->values[L"visibility"] = CComVariant(L"hidden");
     page.AddInput(L"text", L"collapsed").objects[L"currentStyle"]()->values[L"visibility"] = CComVariant(L"collapse");
     FakeHtmlObject& silent = page.AddInput(L"text", L"silent");
     silent.objects.erase(L"currentStyle");
     silent.values.erase(L"offsetWidth");
-    EXPECT_EQ(TextOf(page), L"silent");
+    EXPECT_EQ(TextOf(page), L"no width no height silent");
 }
 
 TEST_F(HtmlPageText, FramesComeInTheirPlaceOnLinesOfTheirOwn) {
@@ -127,6 +139,40 @@ TEST_F(HtmlPageText, FramesComeInTheirPlaceOnLinesOfTheirOwn) {
     EXPECT_EQ(TextOf(page), L"above\r\nfirst\r\ninner\r\nafter inner\r\nfield of second\r\nbelow");
     for (const FakeDocument* document : {&first, &second, &inner}) EXPECT_EQ(document->MarkersLeft(), 0u);
     EXPECT_EQ(second.markersPlaced, 1u);
+}
+
+TEST_F(HtmlPageText, BlanksBehindAFrameAreNoLine) {
+    FakeDocument frame(objects, {0, 0, 10, 10});
+    frame.AddText(L"frame");
+    page.AddText(L"above");
+    page.AddFrame(frame);
+    page.AddText(L" \r\n");
+    EXPECT_EQ(TextOf(page), L"above\r\nframe");
+}
+
+TEST_F(HtmlPageText, WhatWasReadOfAFrameBeforeItFailedIsDropped) {
+    FakeDocument frame(objects, {0, 0, 10, 10});
+    frame.AddText(L"read ");
+    frame.AddInput(L"text", L"read too");
+    frame.AddText(L"not any more");
+    frame.AddInput(L"text", L"neither");
+    // The range of the whole frame, which is made first, compares itself with the first field alone.
+    auto& createRange = frame.body.methods[L"createTextRange"];
+    createRange = [original = createRange, compared = 0, made = 0](const auto& arguments, VARIANT* result) mutable {
+        const HRESULT answer = original(arguments, result);
+        if (made++) return answer;
+        auto& compare =
+            static_cast<FakeHtmlObject&>(*static_cast<IHTMLElement*>(result->pdispVal)).methods[L"compareEndPoints"];
+        compare = [original = compare, compared](const auto& with, VARIANT* number) mutable {
+            return compared++ < 2 ? original(with, number) : E_ACCESSDENIED;
+        };
+        return answer;
+    };
+    page.AddText(L"above ");
+    page.AddFrame(frame);
+    page.AddText(L"below");
+    EXPECT_EQ(TextOf(page), L"above\r\nbelow");
+    EXPECT_TRUE(log.Contains("ReadPageText: the text of a frame can't be read, hResult=0x80070005")) << log.Text();
 }
 
 TEST_F(HtmlPageText, ASetOfFramesIsTheTextOfItsFrames) {
@@ -184,6 +230,14 @@ TEST_F(HtmlPageText, UnderAFilterOnlyTheWordsInItCome) {
     EXPECT_EQ(TextOf(page, &row), L"one two three\r\n");
     EXPECT_EQ(TextOf(page, &none), L"");
     EXPECT_EQ(TextOf(page, &two), L"one two\r\nfour five ");
+}
+
+TEST_F(HtmlPageText, WordsThatLieHigherThanTheLastBeginALine) {
+    page.AddText(L"low ", {0, 40, 40, 60});
+    page.AddText(L"outside ", {0, 400, 40, 420});
+    page.AddText(L"high", {40, 0, 80, 20});
+    const RECT top{100, 200, 900, 300};
+    EXPECT_EQ(TextOf(page, &top), L"low\r\nhigh");
 }
 
 TEST_F(HtmlPageText, AFilterIsInScreenPixelsAlsoOfAZoomedPage) {
@@ -303,6 +357,13 @@ TEST_F(HtmlPageText, EveryCallMayFailAndNothingIsLeftInTheDocumentOrHeld) {
                 }
                 ASSERT_LT(nth, 5000);
             }
+}
+
+TEST_F(HtmlPageText, AMarkerThatCanOnlyRemoveItselfGoesToo) {
+    page.AddInput(L"text", L"x");
+    page.body.methods.erase(L"removeChild");
+    EXPECT_EQ(TextOf(page), L"x");
+    EXPECT_EQ(page.markersPlaced, 1u);
 }
 
 TEST_F(HtmlPageText, AMarkerThatCanOnlyBeRemovedByItsParentGoesToo) {
