@@ -5,6 +5,7 @@
 
 #include <malloc.h>
 
+#include <ctime>
 #include <deque>
 #include <memory>
 #include <string>
@@ -126,6 +127,25 @@ void FourFuzzyTags(benchmark::State& state) {
     RunSearch(state, entry, 1);
 }
 BENCHMARK(FourFuzzyTags)->Unit(benchmark::kMillisecond);
+
+// Both in turn on the same desktop, so that what else the machine does meets both alike.
+void SearchAgainstTheBareWalk(benchmark::State& state, const SelectorEntry& entry) {
+    const BigDesktop& desktop = BigDesktop::Instance();
+    const AaSearchResult root = desktop.Root();
+    double walk = 0, search = 0;
+    for (auto _ : state) {
+        const std::clock_t start = std::clock();
+        benchmark::DoNotOptimize(Bench::BareWalk(desktop.Client()));
+        const std::clock_t middle = std::clock();
+        std::vector<Search::AaSelectorResult> results;
+        Search::Search(results, root, {entry}, 600'000);
+        walk += static_cast<double>(middle - start);
+        search += static_cast<double>(std::clock() - middle);
+    }
+    state.counters["times_the_walk"] = search / walk;
+}
+void FourTagsAgainstTheBareWalk(benchmark::State& state) { SearchAgainstTheBareWalk(state, LastItem()); }
+BENCHMARK(FourTagsAgainstTheBareWalk)->Unit(benchmark::kMillisecond)->MinTime(2);
 
 // The most that a search holds at once beyond the desktop itself, for an element.
 void MemoryOfASearch(benchmark::State& state) {
